@@ -1,0 +1,48 @@
+# How a test becomes part of the project.
+
+# vantiro_test_environment(NAME...)
+#
+# Gives registered tests the surroundings that all tests share: one locale, whatever the developer's is, and sanitizers
+# that end the program at the first finding.
+function(vantiro_test_environment)
+    set_tests_properties(${ARGN} PROPERTIES
+        TIMEOUT 120
+        ENVIRONMENT "LC_ALL=C.UTF-8;\
+ASAN_OPTIONS=detect_leaks=1:strict_string_checks=1:detect_stack_use_after_return=1;\
+UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1;\
+TSAN_OPTIONS=halt_on_error=1:suppressions=${PROJECT_SOURCE_DIR}/tests/tsan.suppressions")
+endfunction()
+
+# GCC 12 sees dangers in the inlined code of std::string and QSharedPointer where there are none; only tests join texts
+# and build lists in the ways that lead it there. The shipped code is compiled with these warnings.
+function(vantiro_quiet_false_positives target)
+    target_compile_options(${target} PRIVATE
+        $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized;-Wno-restrict;-Wno-array-bounds;-Wno-stringop-overflow>)
+endfunction()
+
+# vantiro_add_test(NAME SOURCES file... [LIBRARIES target...] [LABELS label...])
+#
+# Builds the sources into one executable with the project's test main and registers it as one test. For each label L the
+# target tests_L builds all tests that carry it.
+function(vantiro_add_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES;LABELS")
+    if(arg_UNPARSED_ARGUMENTS OR NOT arg_SOURCES)
+        message(FATAL_ERROR "vantiro_add_test(${name}): give SOURCES, LIBRARIES and LABELS, and nothing else")
+    endif()
+
+    add_executable(${name} ${arg_SOURCES})
+    vantiro_set_up(${name})
+    target_link_libraries(${name} PRIVATE vantiro_test_main ${arg_LIBRARIES})
+    vantiro_quiet_false_positives(${name})
+
+    add_test(NAME ${name} COMMAND ${name})
+    vantiro_test_environment(${name})
+    set_tests_properties(${name} PROPERTIES LABELS "${arg_LABELS}")
+
+    foreach(label IN LISTS arg_LABELS)
+        if(NOT TARGET tests_${label})
+            add_custom_target(tests_${label})
+        endif()
+        add_dependencies(tests_${label} ${name})
+    endforeach()
+endfunction()
