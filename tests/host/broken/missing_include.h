@@ -1,0 +1,6 @@
+#pragma once
+
+/// Must be refused: what it needs is not included.
+struct MissingInclude {
+    std::string text;
+};

@@ -1,0 +1,7 @@
+#pragma once
+
+/// Must be refused: the conversion is a warning.
+inline int narrowed(double number)
+{
+    return number;
+}
