@@ -1,0 +1,58 @@
+#include "host/framework/task.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(Task, ResultIsEmptyAtFirst)
+{
+    const TaskResult result;
+
+    EXPECT_EQ(result.code, 0);
+    EXPECT_TRUE(result.data.isEmpty());
+    EXPECT_EQ(result.error.ru(), QString());
+    EXPECT_EQ(result.toString(), QString());
+}
+
+TEST(Task, CustomTaskRunsItsFunction)
+{
+    const auto result = QSharedPointer<TaskResult>::create();
+    int runs = 0;
+    CustomTask task([&] {
+        ++runs;
+        return result;
+    });
+    EXPECT_EQ(runs, 0);
+
+    EXPECT_EQ(task.run(), result);
+    EXPECT_EQ(runs, 1);
+}
+
+TEST(Task, HandlersGetTheResultInTheOrderOfTheirAdding)
+{
+    const auto result = QSharedPointer<TaskResult>::create();
+    CustomTask task([] { return nullptr; });
+    QList<int> calls;
+    for (const int number : { 1, 2, 3 }) {
+        task.addTaskResultHandler([&calls, &result, number](const QSharedPointer<TaskResult>& delivered) {
+            EXPECT_EQ(delivered, result);
+            calls.append(number);
+        });
+    }
+    task.deliver(result);
+
+    EXPECT_EQ(calls, (QList<int> { 1, 2, 3 }));
+}
+
+TEST(Task, HandlerAddedDuringDeliveryDoesNotRun)
+{
+    CustomTask task([] { return nullptr; });
+    int late = 0;
+    task.addTaskResultHandler(
+        [&task, &late](const auto&) { task.addTaskResultHandler([&late](const auto&) { ++late; }); });
+    task.deliver(QSharedPointer<TaskResult>::create());
+
+    EXPECT_EQ(late, 0);
+}
+
+}

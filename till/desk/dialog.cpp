@@ -1,0 +1,62 @@
+#include "host/framework/dialog.h"
+
+#include "till/desk/cashier.h"
+
+template class MockFactory<Dialog>;
+
+namespace core::BasicDialog {
+
+Result::Result()
+    : isCanceled(true)
+{
+}
+
+Result::Result(const QString& entered, std::function<void(const tr::Tr&)> dispatchFunction)
+    : isCanceled(false)
+    , data(entered)
+    , dispatch(std::move(dispatchFunction))
+{
+}
+
+bool Result::canceled() const
+{
+    return isCanceled;
+}
+
+QString Result::getData() const
+{
+    return data;
+}
+
+void Result::dispatchEvent(const tr::Tr& text) const
+{
+    if (dispatch) {
+        dispatch(text);
+    }
+}
+
+} // namespace core::BasicDialog
+
+Dialog::Dialog() = default;
+Dialog::~Dialog() = default;
+
+core::BasicDialog::Result Dialog::showForm(const core::InputForm& form)
+{
+    till::cashier().show(form.title.ru());
+    const std::optional<QString> line = till::cashier().ask(form.message.ru());
+    if (!line) {
+        return core::BasicDialog::Result();
+    }
+    const QString entered = form.lengthLimit > 0 ? line->left(form.lengthLimit) : *line;
+    return core::BasicDialog::Result(entered, [](const tr::Tr& text) { till::cashier().show(text.ru()); });
+}
+
+void Dialog::showError(const tr::Tr& text, int /*first*/, int /*second*/)
+{
+    till::cashier().show(text.ru());
+}
+
+void Dialog::showMessage(const tr::Tr& text, int /*first*/, int /*second*/, int /*third*/)
+{
+    till::cashier().show(text.ru());
+}

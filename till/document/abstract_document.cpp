@@ -1,0 +1,4 @@
+#include "host/document/abstract_document.h"
+
+AbstractDocument::AbstractDocument() = default;
+AbstractDocument::~AbstractDocument() = default;

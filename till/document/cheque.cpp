@@ -1,0 +1,14 @@
+#include "till/document/cheque.h"
+
+namespace till {
+
+template class ChequeOver<AbstractDocument>;
+
+Cheque::Cheque(const ChequeHead& chequeHead, const QString& identity)
+    : ChequeOver(chequeHead, identity)
+{
+}
+
+Cheque::~Cheque() = default;
+
+}

@@ -1,0 +1,4 @@
+#include "host/document/coupon.h"
+
+Coupon::Coupon() = default;
+Coupon::~Coupon() = default;

@@ -1,0 +1,4 @@
+#include "host/document/document_card_record.h"
+
+DocumentCardRecord::DocumentCardRecord() = default;
+DocumentCardRecord::~DocumentCardRecord() = default;

@@ -1,0 +1,4 @@
+#include "host/document/money_item.h"
+
+MoneyItem::MoneyItem() = default;
+MoneyItem::~MoneyItem() = default;

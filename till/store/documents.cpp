@@ -1,0 +1,40 @@
+#include "host/framework/documents_dao.h"
+#include "host/framework/save_to_file_logic.h"
+
+#include "till/store/document_json.h"
+#include "till/store/store.h"
+
+#include <QDateTime>
+
+template class Singleton<DocumentsDao>;
+template class MockFactory<SaveToFileLogic>;
+
+DocumentsDao::DocumentsDao() = default;
+DocumentsDao::~DocumentsDao() = default;
+
+QSharedPointer<AbstractDocument> DocumentsDao::getDocument(const QVariant& key, int /*flags*/)
+{
+    QSqlQuery query = till::store::prepare(QStringLiteral("SELECT body FROM documents WHERE identity = ?"));
+    query.addBindValue(key.toString());
+    till::store::execute(query);
+    if (!query.next()) {
+        return nullptr;
+    }
+    return till::documentFromJson(query.value(0).toString().toUtf8());
+}
+
+SaveToFileLogic::SaveToFileLogic() = default;
+SaveToFileLogic::~SaveToFileLogic() = default;
+
+void SaveToFileLogic::save(const QSharedPointer<AbstractDocument>& document, const QString& extra)
+{
+    QSqlQuery query = till::store::prepare(
+        QStringLiteral("INSERT INTO documents (identity, body, extra, saved_at) VALUES (?, ?, ?, ?) "
+                       "ON CONFLICT (identity) DO UPDATE SET body = excluded.body, extra = excluded.extra, "
+                       "saved_at = excluded.saved_at"));
+    query.addBindValue(document->getDocumentIdentity());
+    query.addBindValue(QString::fromUtf8(till::toJson(document)));
+    query.addBindValue(extra.isNull() ? QStringLiteral("") : extra); // a null text would be bound as NULL
+    query.addBindValue(QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs));
+    till::store::execute(query); // one statement, hence one transaction: the old state or the new one, never a mixture
+}
