@@ -1,0 +1,6 @@
+#include "client/exceptions.h"
+
+VantiroException::VantiroException(const tr::Tr& reason)
+    : BasicException(reason)
+{
+}
