@@ -1,0 +1,46 @@
+#include "front/vantiro.h"
+
+#include "bonus/records.h"
+#include "client/exceptions.h"
+#include "front/state_keys.h"
+#include "front/texts.h"
+
+using namespace vantiro;
+
+bool Vantiro::isOfflineMode(const QSharedPointer<AbstractDocument>& doc) const
+{
+    return doc->getValue(state::group(*this), state::offlineMode, QVariant()).toBool();
+}
+
+bool Vantiro::request(const QSharedPointer<AbstractDocument>& doc)
+{
+    logger->info("Запрос к бонусной системе Vantiro");
+    if (isOfflineMode(doc)) {
+        return true;
+    }
+    try {
+        discountImpacts = interface->getDiscounts(doc, positionCoupons, checkCoupons);
+        logger->info("Дисконт получен");
+
+        constexpr int clientDevice = 1;
+        constexpr int cashierDevice = 2;
+        const QMap<int, QList<QString>> messages
+            = interface->getMessages(doc, discountImpacts, positionCoupons, checkCoupons);
+        messagesToCashier = messages.value(cashierDevice);
+        messagesToClient = messages.value(clientDevice);
+
+        if (getCard()) {
+            pointsForSpend = interface->getCardDiscountAmount(doc, discountImpacts);
+        }
+        updatePluginData(doc, false);
+        return true;
+    } catch (const VantiroNoConnectionException& exception) {
+        logger->error(exception.tr().ru());
+        lastError = withRemark(exception.tr(), doc->getCardRecord(records::cardMode) ? onlyEarn() : tr::Tr());
+        updatePluginData(doc, true);
+    } catch (const VantiroException& exception) {
+        logger->error(exception.tr().ru());
+        lastError = exception.tr();
+    }
+    return false;
+}
