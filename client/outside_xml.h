@@ -6,29 +6,42 @@
 
 /// Reading of XML that comes from outside: replies, the documents inside them, slips.
 ///
-/// Such text is not trusted. It is checked in one linear pass before Qt's parser sees it, because the parser's work grows
-/// with the square of some things that a few kilobytes can hold: the depth of elements, the attributes of one element,
-/// the expansion of entities. Whatever passes the check is read in time and memory linear in its size.
+/// Such text is not trusted. One linear pass, which neither recurses nor keeps anything that grows, checks it before
+/// the parser sees it: the parser's work grows with the square of the depth and of the attributes of one element, and
+/// an entity lets a few kilobytes become gigabytes.
 namespace vantiro {
 
-inline constexpr qsizetype maximumXmlSize = 8 * 1024 * 1024; // bytes of a reply, characters of an inner document
-inline constexpr int maximumXmlDepth = 256; // the limit of other parsers too; writing a deeper tree out exhausts the stack
-inline constexpr int maximumXmlAttributes = 256; // of one element
+/// Bytes of a reply, characters of an inner document. The document in memory takes up to 120 times as much; a reply
+/// with a discount on each of a thousand lines is some 150 KiB.
+inline constexpr qsizetype maximumXmlSize = 8 * 1024 * 1024;
 
-struct XmlReading {
-    QDomDocument document; // null unless `ok`: a failed parse never leaves half a tree behind
+/// Elements within one another, the root being the first. Writing a tree out recurses, and replies are written to the
+/// log: some 500 levels exhaust a thread's stack of 1 MiB.
+inline constexpr int maximumXmlDepth = 256;
+
+/// Attributes of one element: the parser compares each with all before it.
+inline constexpr int maximumXmlAttributes = 256;
+
+struct [[nodiscard]] XmlReading {
+    QDomDocument document; // null unless `ok`, never half a tree
     bool ok = false;
-    QString errorText; // for the log, in English; text from outside may stand in it
-    int line = 0; // where the failure was met, counted from 1
-    int column = 0;
+    QString errorText; // empty when `ok`; for the log, and may repeat a piece of the text, so "%1" can stand in it
+    int line = 0; // where the fault is, counted from 1; 0 when `ok`
+    int column = 0; // in UTF-16 units; the check counts from 1, the parser tells how many it has read of the line
 };
 
-/// Reads a reply as it came. The encoding is told by its byte order mark or its declaration, and is UTF-8 without either;
-/// bytes that are wrong in it are a failure. Not namespace-aware: tags are looked up as they stand. A document type
-/// declaration is refused, as SOAP forbids it. Throws nothing. [any-thread]
+/// Reads a reply as it came. The encoding is what a byte order mark or the zero bytes of UTF-16 and UTF-32 tell, else
+/// what the XML declaration names, else UTF-8; one that is not known, contradicts the bytes, or does not fit them is a
+/// failure. A text that is refused as a whole, for its size or encoding, is reported at line 1, column 1.
+///
+/// A document type declaration is refused whatever it holds (SOAP forbids it), and so are characters that XML 1.0
+/// forbids and unpaired surrogates. What is well-formed and within the limits gives the document that `QDomDocument`
+/// makes of it: without namespace processing, without text nodes of nothing but white space. Does not throw.
+/// [any-thread]
 [[nodiscard]] XmlReading readOutsideXml(const QByteArray& bytes);
 
-/// Reads an inner document, whose text the parser of the outer one has already decoded. [any-thread]
+/// Reads an inner document, which the parser of the outer one has already decoded: an encoding that its declaration
+/// names does not count. The rest is as above. [any-thread]
 [[nodiscard]] XmlReading readOutsideXml(const QString& text);
 
 } // namespace vantiro

@@ -19,8 +19,7 @@ const std::string discountsNotFound
 std::string failureOfReply(ChequeService& service)
 {
     BonusClient client;
-    const std::string failure
-        = failureOf([&] { (void)client.getDiscounts(sample::cheque(EDocumentType::sale), {}, {}); });
+    std::string failure = failureOf([&] { (void)client.getDiscounts(sample::cheque(EDocumentType::sale), {}, {}); });
     EXPECT_TRUE(service.take().body.contains("tem:GetDiscounts"));
     return failure;
 }

@@ -32,7 +32,7 @@ void addGoods(till::ChequeContents& document)
 
 QSharedPointer<till::Cheque> sample::cheque(int type)
 {
-    const auto document = QSharedPointer<till::Cheque>::create(headOf(type), QStringLiteral("1"));
+    auto document = QSharedPointer<till::Cheque>::create(headOf(type), QStringLiteral("1"));
     addGoods(*document);
     return document;
 }
@@ -43,7 +43,7 @@ QSharedPointer<till::ReturnBySale> sample::returnBySale()
     source->chequeNumber = 4;
     source->openTime = QDateTime(QDate(2026, 1, 30), QTime(18, 0));
     source->closeTime = QDateTime(QDate(2026, 1, 30), QTime(18, 5));
-    const auto document = QSharedPointer<till::ReturnBySale>::create(source, headOf(25), QStringLiteral("1"));
+    auto document = QSharedPointer<till::ReturnBySale>::create(source, headOf(25), QStringLiteral("1"));
     addGoods(*document);
     return document;
 }
@@ -53,7 +53,7 @@ QSharedPointer<till::Card> sample::addCard(till::ChequeContents& document)
     till::CardFields fields;
     fields.number = QStringLiteral("9000000001");
     fields.codeInternal = 77;
-    const auto card = QSharedPointer<till::Card>::create(fields);
+    auto card = QSharedPointer<till::Card>::create(fields);
     document.setCard(cardMode, 1, card);
     return card;
 }
@@ -63,7 +63,7 @@ QSharedPointer<BonusImpact> sample::points(double total, double onLine)
     const auto totals = QSharedPointer<DocumentImpactDetail>::create();
     totals->setDiscountName(QStringLiteral("Баллы Vantiro"));
     totals->setDiscountSum(total);
-    const auto impact = QSharedPointer<BonusImpact>::create(totals);
+    auto impact = QSharedPointer<BonusImpact>::create(totals);
     impact->addDetailForPosition(1, onLine);
     return impact;
 }

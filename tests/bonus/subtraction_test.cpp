@@ -36,7 +36,7 @@ protected:
 
     [[nodiscard]] std::string refusalOfNext()
     {
-        const std::string failure = failureOf([&] { (void)client.subtractBonus(document, 100.0); });
+        std::string failure = failureOf([&] { (void)client.subtractBonus(document, 100.0); });
         EXPECT_TRUE(service.take().body.contains("tem:SubtractBonus45"));
         service.expectNothing(); // above all no cancellation: whether the points are gone is not known here
         return failure;

@@ -52,7 +52,7 @@ TEST_F(AccrualOfSource, CopiesItemAndDiscountsOfALineInDepth)
             <ChequeLine ChequeLineNo="1">
               <Coupon CouponNo="OLD"/>
               <Discounts Kind="a"><Discount DiscountID="41"><Deeper>text</Deeper></Discount><Discount/></Discounts>
-              <Item ItemID="1001" Barcode=""><Part No="1"/></Item>
+              <Item ItemID="1001" Barcode=""><Piece No="1"/></Item>
               <Item ItemID="second"/>
               <Discounts Kind="second"/>
             </ChequeLine>
@@ -66,7 +66,7 @@ TEST_F(AccrualOfSource, CopiesItemAndDiscountsOfALineInDepth)
         <Cheque>
           <ChequeLines>
             <ChequeLine ChequeLineNo="1">
-              <Item ItemID="1001" Barcode=""><Part No="1"/></Item>
+              <Item ItemID="1001" Barcode=""><Piece No="1"/></Item>
               <Discounts Kind="a"><Discount DiscountID="41"><Deeper>text</Deeper></Discount><Discount/></Discounts>
             </ChequeLine>
             <ChequeLine ChequeLineNo="2">

@@ -188,14 +188,14 @@ TEST(LoopbackExchange, DeafPortCostsItsTimeoutOnce)
     const DeafPort deaf;
     const LoopbackServer other(good());
     ClientUnderTest client({ deaf.url().toString(), other.url().toString() });
-    client.setTimeout(1);
+    client.setTimeout(2);
 
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(validityBy(client), "valid");
     const auto duration = std::chrono::steady_clock::now() - start;
 
-    EXPECT_GE(duration, 900ms);
-    EXPECT_LT(duration, 1900ms);
+    EXPECT_GE(duration, 1900ms);
+    EXPECT_LT(duration, 3900ms);
     EXPECT_EQ(client.currentServerIndex, 1);
 }
 

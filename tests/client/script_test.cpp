@@ -1,6 +1,8 @@
 #include "tests/support/client_under_test.h"
 #include "tests/support/scripted_config.h"
 
+#include "host/facilities/exceptions.h"
+
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 

@@ -23,7 +23,7 @@ void check(bool done, const char* what)
 
 }
 
-LoopbackPort::LoopbackPort()
+LoopbackPort::LoopbackPort(Kind kind)
     : descriptor(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
 {
     check(descriptor >= 0, "socket");
@@ -34,16 +34,12 @@ LoopbackPort::LoopbackPort()
     check(::bind(descriptor, reinterpret_cast<const sockaddr*>(&address), size) == 0, "bind");
     check(::getsockname(descriptor, reinterpret_cast<sockaddr*>(&address), &size) == 0, "getsockname");
     portNumber = ntohs(address.sin_port);
+    check(kind == Kind::closed || ::listen(descriptor, backlog) == 0, "listen");
 }
 
 LoopbackPort::~LoopbackPort()
 {
     ::close(descriptor);
-}
-
-void LoopbackPort::listen()
-{
-    check(::listen(descriptor, backlog) == 0, "listen");
 }
 
 quint16 LoopbackPort::number() const
@@ -61,9 +57,14 @@ QUrl LoopbackPort::url(const QString& path) const
     return QUrl(QStringLiteral("http://127.0.0.1:%1%2").arg(QString::number(portNumber), path));
 }
 
-DeafPort::DeafPort()
+ClosedPort::ClosedPort()
+    : LoopbackPort(Kind::closed)
 {
-    listen();
+}
+
+DeafPort::DeafPort()
+    : LoopbackPort(Kind::listening)
+{
 }
 
 }

@@ -5,16 +5,18 @@
 
 namespace vantiro_test {
 
-/// A free port of 127.0.0.1 that belongs to nobody else as long as this object lives. It refuses every connection until
-/// `listen` is called. A port that cannot be had throws `std::system_error`.
+/// A port of 127.0.0.1 that was free and belongs to this object as long as it lives. A port that cannot be had throws
+/// `std::system_error`.
 class LoopbackPort {
 public:
-    LoopbackPort();
+    enum class Kind {
+        closed,
+        listening,
+    };
+
+    explicit LoopbackPort(Kind kind);
     ~LoopbackPort();
     Q_DISABLE_COPY_MOVE(LoopbackPort)
-
-    /// From now on connections are made, although nobody reads or writes.
-    void listen();
 
     [[nodiscard]] quint16 number() const;
     /// The descriptor of the socket, owned by this object.
@@ -27,7 +29,10 @@ private:
 };
 
 /// A port that refuses every connection.
-using ClosedPort = LoopbackPort;
+class ClosedPort : public LoopbackPort {
+public:
+    ClosedPort();
+};
 
 /// A port where connections are made, but nobody ever reads or writes.
 class DeafPort : public LoopbackPort {

@@ -58,7 +58,6 @@ LoopbackServer::LoopbackServer(Handler handlerToCall)
     if (stop < 0) {
         throw std::system_error(errno, std::generic_category(), "eventfd");
     }
-    listener.listen();
     acceptor = std::thread([this] { acceptAll(); });
 }
 

@@ -70,7 +70,7 @@ private:
     void dropEnded();
 
     Handler handler;
-    LoopbackPort listener;
+    LoopbackPort listener { LoopbackPort::Kind::listening };
     int stop = -1; // becomes readable, and stays so, when the server ends
 
     mutable std::mutex mutex; // guards the two lists

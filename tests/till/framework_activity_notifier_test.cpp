@@ -13,6 +13,8 @@
 #include <memory>
 #include <stdexcept>
 #include <thread>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -114,18 +116,21 @@ TEST_F(Notifier, ListenerMayDestroyItself)
 TEST_F(Notifier, ListenerSubscribedMeanwhileGetsTheNextEvent)
 {
     const auto first = subscribed("first");
-    std::unique_ptr<Listener> late;
+    const auto second = subscribed("second");
+    std::vector<std::unique_ptr<Listener>> late;
     first->work = [this, &late] {
-        if (!late) {
-            late = subscribed("late");
+        // Many, so that the notifier's list moves in memory.
+        while (late.size() < 100) {
+            late.push_back(subscribed("late"));
         }
     };
     notify();
-    EXPECT_EQ(calls, QStringList { QStringLiteral("first 73") });
+    EXPECT_EQ(calls, (QStringList { QStringLiteral("first 73"), QStringLiteral("second 73") }));
 
     calls.clear();
     notify();
-    EXPECT_EQ(calls, (QStringList { QStringLiteral("first 73"), QStringLiteral("late 73") }));
+    EXPECT_EQ(calls.size(), 102);
+    EXPECT_EQ(calls.constLast(), QStringLiteral("late 73"));
 }
 
 TEST_F(Notifier, EventMaySendAnother)

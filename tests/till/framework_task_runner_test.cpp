@@ -9,11 +9,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
+#include <functional>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <thread>
 
 namespace {
@@ -97,7 +99,7 @@ bool runEventLoopUntil(const std::function<bool()>& done)
 
 class TaskRunner : public ::testing::Test {
 protected:
-    std::optional<till::TaskRunner> runner { std::in_place };
+    std::unique_ptr<till::TaskRunner> runner = std::make_unique<till::TaskRunner>();
     QList<int> delivered;
 
     BasicTask::ResultHandler note()
@@ -381,8 +383,20 @@ TEST_F(TaskRunner, HandlerMayEndTheRunner)
     task->addTaskResultHandler([this](const Result&) { runner.reset(); });
     runner->run(task);
 
-    EXPECT_TRUE(runEventLoopUntil([this] { return !runner.has_value(); }));
+    EXPECT_TRUE(runEventLoopUntil([this] { return runner == nullptr; }));
     EXPECT_EQ(delivered, QList<int> { 1 });
+}
+
+TEST_F(TaskRunner, HandlerMayEndTheRunnerThatIsWaitedFor)
+{
+    const Task task = taskOf([] { return resultOf(1); });
+    task->addTaskResultHandler([this](const Result&) { runner.reset(); });
+    task->addTaskResultHandler(note());
+    runner->run(task);
+
+    EXPECT_TRUE(runner->waitForIdle(10s));
+    EXPECT_EQ(delivered, QList<int> { 1 });
+    EXPECT_EQ(runner, nullptr);
 }
 
 TEST_F(TaskRunner, NullTaskIsABreachOfThePlugin)

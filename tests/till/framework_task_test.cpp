@@ -1,5 +1,7 @@
 #include "host/framework/task.h"
 
+#include <QStringList>
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -47,12 +49,18 @@ TEST(Task, HandlersGetTheResultInTheOrderOfTheirAdding)
 TEST(Task, HandlerAddedDuringDeliveryDoesNotRun)
 {
     CustomTask task([] { return nullptr; });
-    int late = 0;
-    task.addTaskResultHandler(
-        [&task, &late](const auto&) { task.addTaskResultHandler([&late](const auto&) { ++late; }); });
+    QStringList calls;
+    task.addTaskResultHandler([&task, &calls](const auto&) {
+        calls.append(QStringLiteral("first"));
+        // Many, so that the task's list moves in memory.
+        for (int number = 0; number < 100; ++number) {
+            task.addTaskResultHandler([&calls](const auto&) { calls.append(QStringLiteral("late")); });
+        }
+    });
+    task.addTaskResultHandler([&calls](const auto&) { calls.append(QStringLiteral("second")); });
     task.deliver(QSharedPointer<TaskResult>::create());
 
-    EXPECT_EQ(late, 0);
+    EXPECT_EQ(calls, (QStringList { QStringLiteral("first"), QStringLiteral("second") }));
 }
 
 }

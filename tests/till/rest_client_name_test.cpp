@@ -140,6 +140,7 @@ TEST(RestClientName, ThreadsAskForNamesAtOnce)
     constexpr int postCount = 10;
     const LoopbackServer server(Answer::reply(200));
     std::vector<std::thread> threads;
+    threads.reserve(threadCount);
     for (int number = 0; number < threadCount; ++number) {
         threads.emplace_back([&server, number] {
             for (int count = 0; count < postCount; ++count) {

@@ -17,6 +17,7 @@ constexpr int postCount = 25;
 void inThreads(const std::function<void(int)>& work)
 {
     std::vector<std::thread> threads;
+    threads.reserve(threadCount);
     for (int number = 0; number < threadCount; ++number) {
         threads.emplace_back(work, number);
     }

@@ -22,14 +22,14 @@ using Handle = std::unique_ptr<CURL, CloseHandle>;
 
 size_t takeLine(const char* data, size_t size, size_t count, void* reply) noexcept
 {
-    const auto bytes = static_cast<qsizetype>(size * count);
-    return static_cast<HttpReply*>(reply)->addLine({ data, bytes }) ? size * count : 0;
+    const size_t bytes = size * count;
+    return static_cast<HttpReply*>(reply)->addLine({ data, static_cast<qsizetype>(bytes) }) ? bytes : 0;
 }
 
 size_t takeBody(const char* data, size_t size, size_t count, void* reply) noexcept
 {
-    const auto bytes = static_cast<qsizetype>(size * count);
-    return static_cast<HttpReply*>(reply)->addBody({ data, bytes }) ? size * count : 0;
+    const size_t bytes = size * count;
+    return static_cast<HttpReply*>(reply)->addBody({ data, static_cast<qsizetype>(bytes) }) ? bytes : 0;
 }
 
 template <class... Value>
@@ -40,7 +40,7 @@ bool isSet(const Handle& handle, CURLoption option, Value... value)
 
 bool setConnection(const Handle& handle, const HttpLibrary& library, std::chrono::seconds timeout)
 {
-    // libcurl takes its times as an `int` of milliseconds.
+    // libcurl keeps its times in 32 bits.
     constexpr std::chrono::milliseconds longest(std::numeric_limits<int>::max());
     const auto limit = static_cast<long>(std::min<std::chrono::milliseconds>(timeout, longest).count());
     return isSet(handle, CURLOPT_SHARE, library.share()) && isSet(handle, CURLOPT_PROTOCOLS_STR, "http,https")

@@ -72,15 +72,6 @@ void guardFile(const spdlog::filename_t& /*name*/, std::FILE* file)
     }
 }
 
-/// A full disk must not bury the console under one complaint for each event.
-void complainOnce(const std::string& reason)
-{
-    static std::atomic_flag complained;
-    if (!complained.test_and_set()) {
-        std::fprintf(stderr, "Журнал не пишется: %s\n", reason.c_str());
-    }
-}
-
 [[nodiscard]] std::shared_ptr<spdlog::logger> makeLogger(const LogSettings& settings)
 {
     std::vector<spdlog::sink_ptr> sinks;
@@ -97,7 +88,12 @@ void complainOnce(const std::string& reason)
     logger->set_pattern("%Y-%m-%d %H:%M:%S.%e %l %v");
     logger->set_level(spdlogLevel(settings.threshold));
     logger->flush_on(spdlog::level::trace); // what has been logged must be there after a crash
-    logger->set_error_handler(complainOnce);
+    // A full disk must not bury the console under one complaint for each event.
+    logger->set_error_handler([told = std::make_shared<std::atomic_flag>()](const std::string& reason) {
+        if (!told->test_and_set()) {
+            std::fprintf(stderr, "Журнал не пишется: %s\n", reason.c_str());
+        }
+    });
     return logger;
 }
 
