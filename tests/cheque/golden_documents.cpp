@@ -353,6 +353,7 @@ GoldenDocument documentOfThousandLines()
     QMap<int, double> points;
     for (int n = 1; n <= 1000; ++n) {
         const int price = 1000 + n; // kopecks
+        const int minPrice = price / 2;
         const int quantity = 1 + n % 3;
         int sum = price * quantity;
         if (n % 10 == 0) {
@@ -368,7 +369,7 @@ GoldenDocument documentOfThousandLines()
         }
         document.line(Goods(n, u"G%1"_s.arg(n), price / 100.0, quantity)
                           .barcode(n % 7 == 0 ? QString() : QString::number(460000000000 + n))
-                          .minPrice(price / 2 / 100.0)
+                          .minPrice(minPrice / 100.0)
                           .costs(sum / 100.0));
     }
     const auto spent = bonusImpact(points);

@@ -186,7 +186,7 @@ INSTANTIATE_TEST_SUITE_P(
         Row { "Second", u"<?xml version='1.0'?><?xml version='1.0'?><a/>"_s, lateStart, 1, 22 },
         Row { "Reference", u"<?xml version='1.0' encoding='&#x75;tf-8'?><a/>"_s, malformedStart, 1, 1 },
         Row { "NoBlankBetween", u"<?xml version='1.0'encoding='utf-8'?><a/>"_s, malformedStart, 1, 1 },
-        Row { "MarkerForEncoding", u"<?xml version='1.0' encoding='%1'?><a/>"_s, malformedStart, 1, 1 },
+        Row { "MarkerForEncoding", u"<?xml version='1.0' encoding='%1'?><a/>"_s, "%1 is an invalid encoding name.", 1, 35 },
         Row { "NotClosed", u"<?xml version='1.0'"_s, malformedStart, 1, 1 }),
     nameOf);
 

@@ -151,7 +151,7 @@ QSharedPointer<DocumentImpactDetail> Detail::record() const
 
 QSharedPointer<DiscountImpact> discountImpact(const Detail& totals, const QMap<int, double>& sums)
 {
-    const auto impact = QSharedPointer<DiscountImpact>::create(totals.record());
+    auto impact = QSharedPointer<DiscountImpact>::create(totals.record());
     for (auto sum = sums.constBegin(); sum != sums.constEnd(); ++sum) {
         impact->addDetailForPosition(sum.key(), sum.value());
     }
@@ -166,7 +166,7 @@ QSharedPointer<BonusImpact> bonusImpact(const QMap<int, double>& sums)
     }
     Detail totals(record_name::bonus);
     totals.type(EDiscountType::bonus).rate(total).onCheque().sum(total);
-    const auto impact = QSharedPointer<BonusImpact>::create(totals.record());
+    auto impact = QSharedPointer<BonusImpact>::create(totals.record());
     for (auto sum = sums.constBegin(); sum != sums.constEnd(); ++sum) {
         impact->addDetailForPosition(sum.key(), sum.value());
     }
@@ -297,14 +297,14 @@ DocumentBuilder& DocumentBuilder::pluginDataJson(const QString& json)
 
 QSharedPointer<till::Cheque> DocumentBuilder::build() const
 {
-    const auto document = QSharedPointer<till::Cheque>::create(head, documentIdentity);
+    auto document = QSharedPointer<till::Cheque>::create(head, documentIdentity);
     fill(*document);
     return document;
 }
 
 QSharedPointer<till::ReturnBySale> DocumentBuilder::buildReturn(const QSharedPointer<SaleDocumentSource>& source) const
 {
-    const auto document = QSharedPointer<till::ReturnBySale>::create(source, head, documentIdentity);
+    auto document = QSharedPointer<till::ReturnBySale>::create(source, head, documentIdentity);
     fill(*document);
     return document;
 }
@@ -330,7 +330,7 @@ void DocumentBuilder::fill(till::ChequeContents& contents) const
 QSharedPointer<SaleDocumentSource> saleSource(int chequeNumber, const QDateTime& openTime, const QDateTime& closeTime,
                                               const QString& pluginDataJson)
 {
-    const auto source = QSharedPointer<SaleDocumentSource>::create();
+    auto source = QSharedPointer<SaleDocumentSource>::create();
     source->chequeNumber = chequeNumber;
     source->openTime = openTime;
     source->closeTime = closeTime;
