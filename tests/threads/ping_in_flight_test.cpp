@@ -21,7 +21,7 @@ using vantiro_test::LoopbackServer;
 class Switched {
 public:
     Switched()
-        : server([this](const HttpRequest&) { return down ? Answer::nothing() : Answer::reply(200, "<a/>"); })
+        : server([this](const HttpRequest&) { return down ? Answer(Answer::nothing().hangUp()) : Answer::reply(200, "<a/>"); })
     {
     }
 
