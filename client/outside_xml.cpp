@@ -96,15 +96,11 @@ public:
             return refuse(0, QStringLiteral("XML declaration is malformed"));
         }
         at = declaration->size;
-        while (moveToMarkup()) {
-            if (at == text.size()) {
-                return endsWell();
-            }
-            if (!passMarkup()) {
-                return false;
-            }
+        bool good = moveToMarkup();
+        while (good && at < text.size()) {
+            good = passMarkup() && moveToMarkup();
         }
-        return false;
+        return good && endsWell();
     }
 
     QString fault;
@@ -306,7 +302,7 @@ private:
 
 [[nodiscard]] XmlReading failure(const QString& errorText, int line = 1, int column = 1)
 {
-    return { QDomDocument(), false, errorText, line, column };
+    return { QDomDocument(), false, errorText.left(maximumXmlErrorText), line, column };
 }
 
 [[nodiscard]] XmlReading failureAt(qsizetype index, QStringView text, const QString& errorText)

@@ -22,6 +22,9 @@ inline constexpr int maximumXmlDepth = 256;
 /// Attributes of one element: the parser compares each with all before it.
 inline constexpr int maximumXmlAttributes = 256;
 
+/// Characters of an error text. It may name what the sender chose, and must not fill the log.
+inline constexpr qsizetype maximumXmlErrorText = 256;
+
 struct [[nodiscard]] XmlReading {
     QDomDocument document; // null unless `ok`, never half a tree
     bool ok = false;

@@ -19,7 +19,7 @@
 
 /// The loyalty hooks. The host calls them; a loyalty plug-in overrides those that it serves, and the rest does what a
 /// till without that ability does. All run on the thread of cheque operations, one at a time. A hook that asks a server
-/// blocks for the number of servers times the timeout at the longest. A hook that can fail says so by its result and
+/// blocks, for each question it asks, for the number of servers times the timeout at the longest. A hook that can fail says so by its result and
 /// leaves the text for the cashier in `getLastErrorString`. Sums are in roubles.
 ///
 /// The order of bases, fields and operations is binary contract. [cheque-thread]
@@ -93,7 +93,7 @@ public:
     virtual bool registerCheck();
     /// Whether coupons of the type are this system's.
     [[nodiscard]] virtual bool couponBelongsToSystem(ECoupon::Type type) const;
-    /// The cheque is closed and sent: forgets everything of it.
+    /// The cheque is over, closed or cancelled: forgets everything of it.
     virtual void clearAfterClose();
     virtual bool payCheck();
     virtual void recalculatePointsForSpend(const QSharedPointer<AbstractDocument>& document);

@@ -114,6 +114,8 @@ INSTANTIATE_TEST_SUITE_P(
                                   "<Password type='t'>***</Password><n/>" },
                       Redaction { "&lt;password&gt;secret&lt;/password&gt;&lt;n/&gt;",
                                   "&lt;password&gt;***&lt;/password&gt;&lt;n/&gt;" },
+                      Redaction { "<password>\nsecret\n</password><n/>", "<password>***</password><n/>" }, //
+                      Redaction { "password=\"a\nb\" n", "password=\"***\" n" }, //
                       Redaction { "<password>cut of", "<password>***" }));
 
 namespace {
@@ -130,8 +132,8 @@ TEST_P(InnocentTextTest, Stays)
 INSTANTIATE_TEST_SUITE_P(Texts, InnocentTextTest,
                          ::testing::Values("", "Бонусы начислены", "Authorization failed", "basic футболка", "Basic T",
                                            "http://host:8080/path?mail=a@b", "http://host/a@b", "http://host",
-                                           "mail a@b", "<password/><n>1</n>", "password", "a\nb\r\n\tc",
-                                           "%1 {} {0} %s \\",
+                                           "mail a@b", "<password/><n>1</n>", "<password a='b' /><n>1</n>", "password",
+                                           "a\nb\r\n\tc", "%1 {} {0} %s \\",
                                            "{\"SOAPAction\":\"http://tempuri.org/IVantiroService/Accrual\"}"));
 
 TEST(RedactionLimitsTest, HalfOfAPairDoesNotSwitchItOff)

@@ -64,6 +64,7 @@ INSTANTIATE_TEST_SUITE_P(
                       Filling { "%5 и %3", { "а", "б" }, "б и а" }, // ranks count, not the numbers themselves
                       Filling { "%1, %1", { "дважды" }, "дважды, дважды" },
                       Filling { "%1 и %2", { "один" }, "один и %2" }, // left over
+                      Filling { "%2 и %1", { "один" }, "%2 и один" }, //
                       Filling { "%1", { "один", "лишний" }, "один" }, //
                       Filling { "без мест", { "лишний" }, "без мест" }, //
                       Filling { "%1", { "" }, "" }, //
