@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <thread>
@@ -177,6 +178,16 @@ TEST(LogObserverTest, ObserverMayEndItsOwnSubscription)
     vantiro().info("первое");
     vantiro().info("второе");
     EXPECT_EQ(heard, 1);
+}
+
+TEST(LogObserverTest, ObserverThatAnotherOneHasEndedIsNotCalled)
+{
+    int heard = 0;
+    std::optional<till::LogSubscription> later;
+    const till::LogSubscription earlier = till::observeLog([&later](const till::LogEvent&) { later.reset(); });
+    later.emplace(till::observeLog([&heard](const till::LogEvent&) { ++heard; }));
+    vantiro().info("событие");
+    EXPECT_EQ(heard, 0);
 }
 
 TEST(LogThreadsTest, ThreadsLoseNoEventAndShareTheLoggers)

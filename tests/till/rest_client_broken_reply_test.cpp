@@ -127,11 +127,12 @@ INSTANTIATE_TEST_SUITE_P(
     StatusLine, RestClientBrokenReplyText,
     testing::Values("HTTP/1.1 2O0 OK\r\nContent-Length: 0\r\n\r\n", "HTTP/1.1 20 OK\r\nContent-Length: 0\r\n\r\n",
                     "HTTP/1.1 2000 OK\r\nContent-Length: 0\r\n\r\n", "HTTP/1.1 099 OK\r\nContent-Length: 0\r\n\r\n",
-                    "HTTP/1.1 -20 OK\r\nContent-Length: 0\r\n\r\n", "HTTP/1.1  200 OK\r\nContent-Length: 0\r\n\r\n",
-                    "HTTP/1.1\r\nContent-Length: 0\r\n\r\n", "HTTP/1.1 \r\nContent-Length: 0\r\n\r\n",
-                    "HTTP 200 OK\r\nContent-Length: 0\r\n\r\n", "HTTP/2 200\r\nContent-Length: 0\r\n\r\n",
-                    "HTTP/3.0 200 OK\r\nContent-Length: 0\r\n\r\n", "HTTP/0.9 200 OK\r\nContent-Length: 0\r\n\r\n",
-                    "ICY 200 OK\r\nContent-Length: 0\r\n\r\n", "<html>no HTTP at all</html>\r\n", "\r\n\r\n",
+                    "HTTP/1.1 -20 OK\r\nContent-Length: 0\r\n\r\n", "HTTP/1.1 200OK\r\nContent-Length: 0\r\n\r\n",
+                    "HTTP/1.1  200 OK\r\nContent-Length: 0\r\n\r\n", "HTTP/1.1\r\nContent-Length: 0\r\n\r\n",
+                    "HTTP/1.1 \r\nContent-Length: 0\r\n\r\n", "HTTP 200 OK\r\nContent-Length: 0\r\n\r\n",
+                    "HTTP/2 200\r\nContent-Length: 0\r\n\r\n", "HTTP/3.0 200 OK\r\nContent-Length: 0\r\n\r\n",
+                    "HTTP/0.9 200 OK\r\nContent-Length: 0\r\n\r\n", "ICY 200 OK\r\nContent-Length: 0\r\n\r\n",
+                    "<html>no HTTP at all</html>\r\n", "\r\n\r\n",
                     "HTTP/1.1 101 Switching Protocols\r\nUpgrade: other\r\n\r\nabc"));
 
 INSTANTIATE_TEST_SUITE_P(Length, RestClientBrokenReplyText,
