@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tests/bonus/bonus_client.h"
-#include "tests/bonus/sample_cheque.h"
+#include "tests/support/sample_cheque.h"
 
 #include <QByteArray>
 #include <QString>

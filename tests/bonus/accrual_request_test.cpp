@@ -1,7 +1,7 @@
 #include "tests/bonus/bonus_client.h"
-#include "tests/bonus/cheque_service.h"
-#include "tests/bonus/sample_cheque.h"
-#include "tests/bonus/sorted_attributes.h"
+#include "tests/support/cheque_service.h"
+#include "tests/support/sample_cheque.h"
+#include "tests/support/sorted_attributes.h"
 #include "till/document/payment.h"
 
 #include <gtest/gtest.h>

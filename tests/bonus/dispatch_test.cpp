@@ -1,5 +1,5 @@
 #include "tests/bonus/accrual_operations.h"
-#include "tests/bonus/cheque_service.h"
+#include "tests/support/cheque_service.h"
 #include "tests/support/scripted_queue.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "tests/bonus/bonus_client.h"
-#include "tests/bonus/cheque_service.h"
-#include "tests/bonus/sample_cheque.h"
+#include "tests/support/cheque_service.h"
+#include "tests/support/sample_cheque.h"
 #include "tests/support/log_recorder.h"
 
 #include <gmock/gmock.h>

@@ -1,9 +1,9 @@
 #include "tests/bonus/bonus_client.h"
-#include "tests/bonus/cheque_service.h"
-#include "tests/bonus/fixed_time.h"
+#include "tests/support/cheque_service.h"
+#include "tests/support/fixed_time.h"
 #include "tests/bonus/impact_text.h"
-#include "tests/bonus/sample_cheque.h"
-#include "tests/bonus/sorted_attributes.h"
+#include "tests/support/sample_cheque.h"
+#include "tests/support/sorted_attributes.h"
 #include "tests/support/log_recorder.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "tests/bonus/sample_cheque.h"
+#include "tests/support/sample_cheque.h"
 #include "tests/support/client_under_test.h"
 #include "tests/support/scripted_queue.h"
 

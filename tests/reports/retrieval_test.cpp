@@ -1,4 +1,4 @@
-#include "tests/bonus/sorted_attributes.h"
+#include "tests/support/sorted_attributes.h"
 #include "tests/reports/slip_client.h"
 #include "tests/support/log_recorder.h"
 

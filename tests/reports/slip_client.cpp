@@ -1,6 +1,6 @@
 #include "tests/reports/slip_client.h"
 
-#include "tests/bonus/sorted_attributes.h"
+#include "tests/support/sorted_attributes.h"
 
 #include <gtest/gtest.h>
 

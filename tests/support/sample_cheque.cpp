@@ -1,4 +1,4 @@
-#include "tests/bonus/sample_cheque.h"
+#include "tests/support/sample_cheque.h"
 
 namespace {
 

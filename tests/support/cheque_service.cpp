@@ -1,11 +1,13 @@
-#include "tests/bonus/cheque_service.h"
+#include "tests/support/cheque_service.h"
 
-#include "tests/bonus/sorted_attributes.h"
+#include "tests/support/sorted_attributes.h"
 #include "tests/support/client_under_test.h"
 
 #include <gtest/gtest.h>
 
 namespace {
+
+const QString actionHeader = QStringLiteral("SOAPAction");
 
 testing::Message at(const std::source_location& where)
 {
@@ -55,7 +57,7 @@ void ChequeService::expect(const QByteArray& action, const QByteArray& lines, co
     ASSERT_LT(lookedAt, rest.posts().size()) << "no request; " << at(where);
     const RestPost post = take();
     EXPECT_EQ(readable(post.url.toString()), readable(ScriptedService::address)) << at(where);
-    EXPECT_EQ(readable(post.headers.value(QStringLiteral("SOAPAction"))),
+    EXPECT_EQ(readable(post.headers.value(actionHeader)),
               "http://tempuri.org/IVantiroService/" + readable(action))
         << at(where);
     const QByteArray expected = soap::request("  <tem:" + action + ">\n" + lines + "  </tem:" + action + ">\n");
@@ -75,6 +77,20 @@ RestPost ChequeService::take()
         return {};
     }
     return posts.at(lookedAt++);
+}
+
+QString ChequeService::take(const QByteArray& action, const std::source_location& where)
+{
+    const RestPost post = take();
+    EXPECT_EQ(readable(post.headers.value(actionHeader)), "http://tempuri.org/IVantiroService/" + readable(action))
+        << at(where);
+    return QString::fromUtf8(post.body);
+}
+
+QString ChequeService::latestAction() const
+{
+    const QList<RestPost> posts = rest.posts();
+    return posts.isEmpty() ? QString() : posts.constLast().headers.value(actionHeader).section(u'/', -1);
 }
 
 QByteArray chequeParameter(const QByteArray& cheque)

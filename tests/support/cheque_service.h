@@ -38,6 +38,11 @@ public:
 
     /// Looks at the oldest request, whatever it is.
     [[nodiscard]] RestPost take();
+    /// Looks at the oldest request, which must be one with this action, and returns the text of its body.
+    [[nodiscard]] QString take(const QByteArray& action,
+                               const std::source_location& where = std::source_location::current());
+    /// The action of the latest request: "GetDiscounts".
+    [[nodiscard]] QString latestAction() const;
 
 private:
     Q_DISABLE_COPY_MOVE(ChequeService)
