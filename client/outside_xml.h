@@ -1,5 +1,7 @@
 #pragma once
 
+#include "client/xml_limits.h"
+
 #include <QByteArray>
 #include <QDomDocument>
 #include <QString>
@@ -10,17 +12,6 @@
 /// the parser sees it: the parser's work grows with the square of the depth and of the attributes of one element, and
 /// an entity lets a few kilobytes become gigabytes.
 namespace vantiro {
-
-/// Bytes of a reply, characters of an inner document. The document in memory takes up to 120 times as much; a reply
-/// with a discount on each of a thousand lines is some 150 KiB.
-inline constexpr qsizetype maximumXmlSize = 8 * 1024 * 1024;
-
-/// Elements within one another, the root being the first. Writing a tree out recurses, and replies are written to the
-/// log: some 500 levels exhaust a thread's stack of 1 MiB.
-inline constexpr int maximumXmlDepth = 256;
-
-/// Attributes of one element: the parser compares each with all before it.
-inline constexpr int maximumXmlAttributes = 256;
 
 /// Characters of an error text. It may name what the sender chose, and must not fill the log.
 inline constexpr qsizetype maximumXmlErrorText = 256;

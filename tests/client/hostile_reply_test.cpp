@@ -21,6 +21,23 @@ QByteArray manyElements()
     return soap::reply(QByteArray("<a/>").repeated(12'500'000));
 }
 
+/// As large as a reply may be.
+QByteArray allElements()
+{
+    return soap::reply(QByteArray("<a/>").repeated(2'090'000));
+}
+
+QByteArray allAttributes()
+{
+    QByteArray element = "<a";
+    for (char first = 'a'; first <= 'h'; ++first) {
+        for (char second = 'a'; second <= 'h'; ++second) {
+            element += QByteArray(" ") + first + second + "=''";
+        }
+    }
+    return soap::reply((element + "/>").repeated(17'000));
+}
+
 QByteArray deep()
 {
     return soap::reply(QByteArray("<a>").repeated(100'000) + QByteArray("</a>").repeated(100'000));
@@ -103,7 +120,8 @@ const QString beginOfLine = QStringLiteral("error vantiro: Не удалось �
 INSTANTIATE_TEST_SUITE_P(
     Replies, HostileReply,
     testing::Values(Hostile { "FiftyMegabytesOfText", wide }, Hostile { "FiftyMegabytesOfElements", manyElements },
-                    Hostile { "HundredThousandLevels", deep },
+                    Hostile { "EightMegabytesOfElements", allElements },
+                    Hostile { "EightMegabytesOfAttributes", allAttributes }, Hostile { "HundredThousandLevels", deep },
                     Hostile { "HundredThousandUnclosedLevels", deepAndUnclosed },
                     Hostile { "FiftyThousandAttributes", manyAttributes }, Hostile { "DocumentType", documentType },
                     Hostile { "EntityFromAFile", entityFromAFile }, Hostile { "GrowingEntity", growingEntity }),

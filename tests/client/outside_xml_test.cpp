@@ -90,6 +90,13 @@ void expectRefused(const XmlReading& reading, const char* errorText, qint64 line
     return element + u"/>"_s;
 }
 
+constexpr const char* tooManyParts = "document has too many parts";
+
+[[nodiscard]] QString withParts(const QString& part, int count, const QString& last = {})
+{
+    return u"<r>"_s + part.repeated(count) + last + u"</r>"_s;
+}
+
 template <QStringConverter::Encoding encoding>
 [[nodiscard]] QByteArray encode(const QString& text)
 {
@@ -210,9 +217,27 @@ INSTANTIATE_TEST_SUITE_P(Limits, RefusedXml,
                          testing::Values(Row { "LevelTooMany", nested(257), "elements are nested too deeply", 1, 769 },
                                          Row { "EmptyElementTooDeep", nested(256, u"\n<b/>"_s),
                                                "elements are nested too deeply", 2, 1 },
-                                         Row { "AttributeTooMany", u"<r>\n"_s + withAttributes(257) + u"</r>"_s,
-                                               "element has too many attributes", 2, 2075 }),
+                                         Row { "AttributeTooMany", u"<r>\n"_s + withAttributes(65) + u"</r>"_s,
+                                               "element has too many attributes", 2, 478 }),
                          nameOf);
+
+// The root and 199,998 parts within it, then the element that makes the next two.
+INSTANTIATE_TEST_SUITE_P(
+    Parts, RefusedXml,
+    testing::Values(Row { "ElementTooMany", withParts(u"<a/>"_s, 199'999, u"<b/>"_s), tooManyParts, 1, 800'000 },
+                    Row { "ChildTooMany", withParts(u"<a/>"_s, 199'998, u"<b><c/></b>"_s), tooManyParts, 1, 799'999 },
+                    Row { "AttributeOneTooMany", withParts(u"<a/>"_s, 199'998, u"<b c='d'/>"_s), tooManyParts, 1, 800'001 },
+                    Row { "CommentTooMany", withParts(u"<!---->"_s, 199'999, u"<!---->"_s), tooManyParts, 1, 1'399'997 },
+                    Row { "InstructionTooMany", withParts(u"<?p?>"_s, 199'999, u"<?p?>"_s), tooManyParts, 1, 999'999 },
+                    Row { "DataTooMany", withParts(u"<![CDATA[]]>"_s, 199'999, u"<![CDATA[]]>"_s), tooManyParts, 1,
+                          2'399'992 }),
+    nameOf);
+
+TEST(OutsideXml, AsManyPartsAsAllowedAreRead)
+{
+    expectRead(readOutsideXml(withParts(u"<a/>"_s, 199'999)));
+    expectRead(readOutsideXml(withParts(u"<a/>"_s, 199'997, u"<b c='d'/>"_s)));
+}
 
 TEST_P(RefusedXml, IsReportedWhereItStands)
 {
@@ -224,8 +249,8 @@ TEST(OutsideXml, LimitsThemselvesAreAllowed)
     expectRead(readOutsideXml(nested(255)));
     expectRead(readOutsideXml(nested(256)));
     expectRead(readOutsideXml(nested(255, u"<b/><b/>"_s)));
-    expectRead(readOutsideXml(withAttributes(255)));
-    expectRead(readOutsideXml(withAttributes(256)));
+    expectRead(readOutsideXml(withAttributes(63)));
+    expectRead(readOutsideXml(withAttributes(64)));
     expectRead(readOutsideXml(u"<a>ж</a>"_s.leftJustified(8 * mebibyte, u' ')));
     expectRead(readOutsideXml(QByteArray("<a>\xD0\xB6</a>").leftJustified(8 * mebibyte, ' ')));
     expectRead(readOutsideXml(QByteArray("<a>\xD0\xB6</a>").leftJustified(8 * mebibyte - 1, ' ')));
@@ -254,7 +279,7 @@ TEST(OutsideXml, TreeIsThatOfAPlainParse)
 
 TEST(OutsideXml, LimitsCountPerElementAndPath)
 {
-    const QString wide = withAttributes(256).repeated(3) + nested(200).repeated(3);
+    const QString wide = withAttributes(64).repeated(3) + nested(200).repeated(3);
     expectRead(readOutsideXml(u"<r>"_s + wide + u"</r>"_s));
 }
 
