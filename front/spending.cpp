@@ -14,6 +14,9 @@ namespace {
 /// For the log alone: truncated, and kept within what its format takes.
 [[nodiscard]] int wholePoints(double points)
 {
+    if (std::isnan(points)) {
+        return 0;
+    }
     constexpr double limit = std::numeric_limits<int>::max();
     return static_cast<int>(std::clamp(points, -limit, limit));
 }
@@ -57,7 +60,8 @@ double Vantiro::getPointsForSpend(const QSharedPointer<AbstractDocument>& doc)
     const double quotient = amount / step;
     // The thousandth keeps a quotient such as 32.99999999999999 from falling a whole step. It also lifts an amount that
     // lies less than that below a multiple up to it, above the balance even: the service takes such a sum.
-    const double whole = std::trunc(amount >= 0.0 ? quotient + 0.001 : quotient - 0.001);
+    // As a whole number it has no negative zero, which would go out as "-0.00".
+    const double whole = std::trunc(amount >= 0.0 ? quotient + 0.001 : quotient - 0.001) + 0.0;
     const double result = std::abs(quotient - whole) < 0.0001 ? amount : step * whole;
 
     pointsForSpend = std::min(result, pointsForSpend);
