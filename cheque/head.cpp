@@ -109,7 +109,7 @@ double VantiroInterface::getSubtractedBonus(const QSharedPointer<AbstractDocumen
     double sum = 0.0;
     for (const QSharedPointer<DocumentImpact>& impact : document->getDocumentImpacts()) {
         for (const QSharedPointer<DocumentImpactDetail>& detail : impact->getDetails()) {
-            if (detail->getDiscountName() == records::bonusName) {
+            if (detail && detail->getDiscountName() == records::bonusName) {
                 sum += detail->getDiscountSum();
             }
         }

@@ -26,6 +26,9 @@ struct Reconciliation {
     Reconciliation result;
     for (const QSharedPointer<DocumentImpact>& impact : document->getDocumentImpacts()) {
         for (const QSharedPointer<DocumentImpactDetail>& detail : impact->getDetails()) {
+            if (!detail) {
+                continue; // says nothing of its line, and must not cost the till its life
+            }
             const int position = detail->getPosition();
             if (detail->getDiscountName() == records::bonusName) {
                 // Assigned and not added: `BonusDiscount` shows the last record, while the sum takes all of them back.

@@ -1,5 +1,7 @@
 #include "client/xml_declaration.h"
 
+#include <QList>
+
 namespace vantiro {
 
 namespace {
@@ -31,6 +33,7 @@ std::optional<XmlDeclaration> readXmlDeclaration(QStringView text)
         return text.sliced(start, at - start);
     };
     XmlDeclaration declaration;
+    QList<QStringView> names; // none may come twice
     if (!text.startsWith(u"<?xml") || !(isXmlSpace(here()) || here() == u'?')) {
         return declaration;
     }
@@ -42,9 +45,10 @@ std::optional<XmlDeclaration> readXmlDeclaration(QStringView text)
         }
         const QStringView name = passAll(isLetter);
         passAll(isXmlSpace);
-        if (!parted || name.isEmpty() || here() != u'=') {
+        if (!parted || name.isEmpty() || names.contains(name) || here() != u'=') {
             return std::nullopt;
         }
+        names.append(name);
         ++at;
         passAll(isXmlSpace);
         const char16_t quote = here();

@@ -10,7 +10,7 @@ const QString cardNumber = u"9000000001"_s;
 
 QStringList withCard()
 {
-    return { u"ordinary"_s, u"accrual"_s, u"canceled"_s };
+    return { u"ordinary"_s, u"accrual"_s, u"any"_s, u"canceled"_s };
 }
 
 // A cheque without a card goes out as an "any" cheque as well.
@@ -21,7 +21,7 @@ QStringList withoutCard()
 
 QStringList bySale()
 {
-    return { u"ordinary"_s, u"back"_s, u"any"_s, u"canceled"_s };
+    return { u"ordinary"_s, u"accrual"_s, u"back"_s, u"any"_s, u"canceled"_s };
 }
 
 Detail positionDiscount(int code)
@@ -235,7 +235,7 @@ QList<GoldenDocument> returns()
                        .forms = bySale(),
                        .document = DocumentBuilder().closed().line(half).buildReturn(record) });
     documents.append({ .name = u"20-return-whose-sale-is-lost"_s,
-                       .forms = { u"ordinary"_s, u"any"_s, u"canceled"_s },
+                       .forms = { u"ordinary"_s, u"accrual"_s, u"any"_s, u"canceled"_s },
                        .document = DocumentBuilder().closed().line(half).buildReturn(nullptr) });
     documents.append({ .name = u"21-return-without-sale"_s,
                        .forms = withCard(),

@@ -22,7 +22,7 @@ def money(kopecks):
     return f"{kopecks // 100}.{kopecks % 100:02d}"
 
 
-def line(n):
+def line(n, with_coupons):
     price = 1000 + n
     quantity = 1 + n % 3
     points = 150 if n % 10 == 0 else 0
@@ -44,13 +44,14 @@ def line(n):
         ]
     else:
         text += ['      <Discounts/>']
-    if n % 100 == 0:
+    if with_coupons and n % 100 == 0:
         text += [f'      <Coupon CouponNo="P-{n}"/>']
     return paid, points, text + ['    </ChequeLine>']
 
 
-def cheque(status):
-    lines = [line(n) for n in range(1, COUNT + 1)]
+def cheque(status, is_ours=True):
+    """One that is not ours, the any form, tells of neither card nor coupons."""
+    lines = [line(n, is_ours) for n in range(1, COUNT + 1)]
     paid = sum(entry[0] for entry in lines)
     points = sum(entry[1] for entry in lines)
     text = [
@@ -60,16 +61,24 @@ def cheque(status):
         '    OpenTime="2024-03-05T14:07:09" CloseTime="2024-03-05T14:07:09"',
         f'    Amount="{money(paid)}" SubtractedBonus="{money(points)}" PositionCount="{COUNT}" ChequeType="Sale"'
         f' Status="{status}">',
-        f'  <DiscountCard DiscountCardID="0" EnteredAsPhoneNumber="false" SubtractAmount="{money(points)}"',
-        '      SubtractedBonus="0" DiscountCardNo="9000000001" BonusCard="true"/>',
-        '  <ChequeLines>',
     ]
+    if is_ours:
+        text += [
+            f'  <DiscountCard DiscountCardID="0" EnteredAsPhoneNumber="false" SubtractAmount="{money(points)}"',
+            '      SubtractedBonus="0" DiscountCardNo="9000000001" BonusCard="true"/>',
+        ]
+    text += ['  <ChequeLines>']
     for entry in lines:
         text += entry[2]
     text += ['  </ChequeLines>', '  <Discounts/>', '  <Payments/>', '  <Messages/>', '</Cheque>', '']
     return "\n".join(text)
 
 
-for form, status in (("ordinary", "Open"), ("accrual", "Closed"), ("canceled", "Canceled")):
+for form, status, is_ours in (
+    ("ordinary", "Open", True),
+    ("accrual", "Closed", True),
+    ("canceled", "Canceled", True),
+    ("any", "Closed", False),
+):
     with open(f"25-thousand-lines.{form}.xml", "w", encoding="utf-8", newline="\n") as file:
-        file.write(cheque(status))
+        file.write(cheque(status, is_ours))
