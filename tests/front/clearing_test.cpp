@@ -1,5 +1,4 @@
 #include "tests/front/till_at_work.h"
-
 #include "till/document/cheque_contents.h"
 
 #include <gtest/gtest.h>
@@ -74,8 +73,8 @@ protected:
 
     [[nodiscard]] std::string storedCoupons() const
     {
-        return told(till.stored(u"checkCoupons"_s).toStringList()) + "; 1: "
-            + told(till.stored(u"positionCoupons"_s).toMap()[u"1"_s].toStringList());
+        return told(till.stored(u"checkCoupons"_s).toStringList())
+            + "; 1: " + told(till.stored(u"positionCoupons"_s).toMap()[u"1"_s].toStringList());
     }
 
     void expectLoyaltyDataGone()
@@ -217,7 +216,8 @@ TEST_F(Clearing, CloseDropsTheIdentityThatALaterChequeWouldInherit)
     const QString next = couponsSent();
     EXPECT_TRUE(next.contains(u"ChequeNo=\"2001\""_s));
     EXPECT_TRUE(next.contains(u"ShiftNo=\"18\""_s));
-    EXPECT_FALSE(next.contains(u"ChequeUID=\"11116E73-1C03-5DE6-9130-5F9925AE8AB4\""_s)) << "that is of the first cheque";
+    EXPECT_FALSE(next.contains(u"ChequeUID=\"11116E73-1C03-5DE6-9130-5F9925AE8AB4\""_s))
+        << "that is of the first cheque";
 }
 
 TEST_F(Clearing, LoyaltyDataAndCouponsAloneDoNotDropTheIdentity)

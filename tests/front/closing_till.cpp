@@ -41,6 +41,5 @@ std::string stateOf(TillAtWork& till)
 
 QSharedPointer<AbstractDocument> returnOfKnownSale()
 {
-    return TillAtWork::saleWithCard().buildReturn(
-        saleSource(4, at("2024-03-04T18:00:00"), at("2024-03-04T18:05:00")));
+    return TillAtWork::saleWithCard().buildReturn(saleSource(4, at("2024-03-04T18:00:00"), at("2024-03-04T18:05:00")));
 }

@@ -4,8 +4,8 @@
 
 #include <QString>
 
-/// Gives the plug-in the state of a cheque that is about to close: a discount of 17.98, 30.00 points spent on position 1,
-/// 20.00 more to spend, the coupon "vantiro-c1" on the cheque and "vantiro-p1" on position 1. Nothing is stored.
+/// Gives the plug-in the state of a cheque that is about to close: a discount of 17.98, 30.00 points spent on position
+/// 1, 20.00 more to spend, the coupon "vantiro-c1" on the cheque and "vantiro-p1" on position 1. Nothing is stored.
 void fillState(TillAtWork& till);
 
 /// What of that state is in memory: "1 discounts, 1 spendings, points 20.00, card 20.00, coupons vantiro-c1 | 1:

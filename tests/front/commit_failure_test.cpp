@@ -114,7 +114,8 @@ TEST(FailedCommit, FailureOfTheQueueOfAnOfflineSalePassesToTheHostAndTheStateSta
     EXPECT_THROW(static_cast<void>(till.plugin.commit(till.document())), BasicException);
 
     EXPECT_EQ(till.told(), "");
-    EXPECT_EQ(till.log(), "info: Подтверждение операций бонусной системы\n"
+    EXPECT_EQ(till.log(),
+              "info: Подтверждение операций бонусной системы\n"
               "info: Начисление бонусов в offline режиме\n"
               "info: Создание xml-чека для commit");
     EXPECT_EQ(till.lastError(), ": ");

@@ -26,67 +26,60 @@ void PrintTo(const Close& close, std::ostream* stream)
     *stream << close.name;
 }
 
-constexpr const char* reversalOfType2
-    = "info: Подтверждение операций бонусной системы\n"
-      "info: Возврат в бонусной системе Vantiro\n"
-      "info: Отмена начисления бонусов в online режиме\n"
-      "info: Создание xml-чека для commit\n"
-      "info: Бонусы отменены";
+constexpr const char* reversalOfType2 = "info: Подтверждение операций бонусной системы\n"
+                                        "info: Возврат в бонусной системе Vantiro\n"
+                                        "info: Отмена начисления бонусов в online режиме\n"
+                                        "info: Создание xml-чека для commit\n"
+                                        "info: Бонусы отменены";
 
-constexpr const char* reversalOfType25
-    = "info: Подтверждение операций бонусной системы\n"
-      "info: Возврат в бонусной системе Vantiro\n"
-      "info: Отмена начисления бонусов в online режиме\n"
-      "info: Бонусы отменены";
+constexpr const char* reversalOfType25 = "info: Подтверждение операций бонусной системы\n"
+                                         "info: Возврат в бонусной системе Vantiro\n"
+                                         "info: Отмена начисления бонусов в online режиме\n"
+                                         "info: Бонусы отменены";
 
-constexpr const char* lostReversalOfType2
-    = "info: Подтверждение операций бонусной системы\n"
-      "info: Возврат в бонусной системе Vantiro\n"
-      "info: Отмена начисления бонусов в online режиме\n"
-      "info: Создание xml-чека для commit\n"
-      "error: Произошла ошибка при выполнении запроса соединение отклонено\n"
-      "error: Ошибка online начисления или списания бонусов при возврате\n"
-      "info: Отмена начисления бонусов в offline режиме\n"
-      "info: Создание xml-чека для commit\n"
-      "info: Бонусы начислены или списаны в offline режиме";
+constexpr const char* lostReversalOfType2 = "info: Подтверждение операций бонусной системы\n"
+                                            "info: Возврат в бонусной системе Vantiro\n"
+                                            "info: Отмена начисления бонусов в online режиме\n"
+                                            "info: Создание xml-чека для commit\n"
+                                            "error: Произошла ошибка при выполнении запроса соединение отклонено\n"
+                                            "error: Ошибка online начисления или списания бонусов при возврате\n"
+                                            "info: Отмена начисления бонусов в offline режиме\n"
+                                            "info: Создание xml-чека для commit\n"
+                                            "info: Бонусы начислены или списаны в offline режиме";
 
-constexpr const char* lostReversalOfType25
-    = "info: Подтверждение операций бонусной системы\n"
-      "info: Возврат в бонусной системе Vantiro\n"
-      "info: Отмена начисления бонусов в online режиме\n"
-      "error: Произошла ошибка при выполнении запроса соединение отклонено\n"
-      "error: Ошибка online начисления или списания бонусов при возврате\n"
-      "info: Отмена начисления бонусов в offline режиме\n"
-      "info: Бонусы начислены или списаны в offline режиме";
+constexpr const char* lostReversalOfType25 = "info: Подтверждение операций бонусной системы\n"
+                                             "info: Возврат в бонусной системе Vantiro\n"
+                                             "info: Отмена начисления бонусов в online режиме\n"
+                                             "error: Произошла ошибка при выполнении запроса соединение отклонено\n"
+                                             "error: Ошибка online начисления или списания бонусов при возврате\n"
+                                             "info: Отмена начисления бонусов в offline режиме\n"
+                                             "info: Бонусы начислены или списаны в offline режиме";
 
-constexpr const char* queuedAccrual
-    = "info: Подтверждение операций бонусной системы\n"
-      "info: Начисление бонусов в offline режиме\n"
-      "info: Создание xml-чека для commit";
+constexpr const char* queuedAccrual = "info: Подтверждение операций бонусной системы\n"
+                                      "info: Начисление бонусов в offline режиме\n"
+                                      "info: Создание xml-чека для commit";
 
-constexpr const char* accrual
-    = "info: Подтверждение операций бонусной системы\n"
-      "info: Начисление бонусов в online режиме\n"
-      "info: Создание xml-чека для commit\n"
-      "info: lastReport = <doc>\n <noformat>Спасибо</noformat>\n</doc>\n\n"
-      "info: Бонусы начислены";
+constexpr const char* accrual = "info: Подтверждение операций бонусной системы\n"
+                                "info: Начисление бонусов в online режиме\n"
+                                "info: Создание xml-чека для commit\n"
+                                "info: lastReport = <doc>\n <noformat>Спасибо</noformat>\n</doc>\n\n"
+                                "info: Бонусы начислены";
 
-constexpr const char* lostAccrual
-    = "info: Подтверждение операций бонусной системы\n"
-      "info: Начисление бонусов в online режиме\n"
-      "info: Создание xml-чека для commit\n"
-      "error: Произошла ошибка при выполнении запроса соединение отклонено\n"
-      "error: Ошибка online начисления бонусов\n"
-      "info: Начисление бонусов в offline режиме\n"
-      "info: Создание xml-чека для commit\n"
-      "info: Бонусы зачислены в offline режиме";
+constexpr const char* lostAccrual = "info: Подтверждение операций бонусной системы\n"
+                                    "info: Начисление бонусов в online режиме\n"
+                                    "info: Создание xml-чека для commit\n"
+                                    "error: Произошла ошибка при выполнении запроса соединение отклонено\n"
+                                    "error: Ошибка online начисления бонусов\n"
+                                    "info: Начисление бонусов в offline режиме\n"
+                                    "info: Создание xml-чека для commit\n"
+                                    "info: Бонусы зачислены в offline режиме";
 
 constexpr const char* posted = "post Accrual";
 constexpr const char* postedThenQueued = "post Accrual\nenqueue vantiro OfflineAccrual";
 constexpr const char* queuedAlone = "enqueue vantiro OfflineAccrual";
-constexpr const char* postedAndPrinted
-    = "post Accrual\n"
-      "print -1: <report cached=\"false\" name=\"custom\" title=\"vantiro check\" type=\"document\">\n <text>Спасибо</text>\n</report>\n";
+constexpr const char* postedAndPrinted = "post Accrual\n"
+                                         "print -1: <report cached=\"false\" name=\"custom\" title=\"vantiro check\" "
+                                         "type=\"document\">\n <text>Спасибо</text>\n</report>\n";
 
 constexpr Close closes[] {
     { "ReturnOnlineReachable", 2, false, true, posted, reversalOfType2 },
@@ -187,7 +180,7 @@ TEST(Commit, AccrualHoldsPointsAndCoupons)
             "\n</Cheque>\n"));
 }
 
-TEST(Commit, EmptySlipMakesNoPrinter)
+TEST(Commit, EmptySlipIsNotPrinted)
 {
     TillAtWork till;
     answerAccrual(till);

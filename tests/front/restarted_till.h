@@ -19,8 +19,8 @@ class RestartedTill : public testing::TestWithParam<Road> {
 protected:
     explicit RestartedTill(const DocumentBuilder& document = TillAtWork::saleWithCard());
 
-    /// Ends the till and starts it again, with a plug-in that knows nothing, and the document as the road gives it back.
-    /// The points to spend are taken off its card.
+    /// Ends the till and starts it again, with a plug-in that knows nothing, and the document as the road gives it
+    /// back. The points to spend are taken off its card.
     void restart();
     void restart(const TillAtWork::Settings& settings);
     /// The host asks for the state, by the event.

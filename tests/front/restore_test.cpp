@@ -1,5 +1,4 @@
 #include "tests/front/restarted_till.h"
-
 #include "till/store/document_json.h"
 
 #include <QLocale>
@@ -71,9 +70,10 @@ TEST_P(Restore, DiscountsComeBackWithAllTheirFields)
     restart();
     restore();
 
-    EXPECT_EQ(texts(till->plugin.discountImpacts),
-              "'Скидка Vantiro на позицию' sum 17.98, code 77, position 1, object 1, type 1, mode 2, rate 10, source 2, "
-              "at 2024-03-05T14:08:00.000, minimum price kept, index 77");
+    EXPECT_EQ(
+        texts(till->plugin.discountImpacts),
+        "'Скидка Vantiro на позицию' sum 17.98, code 77, position 1, object 1, type 1, mode 2, rate 10, source 2, "
+        "at 2024-03-05T14:08:00.000, minimum price kept, index 77");
 }
 
 TEST_P(Restore, SpentPointsComeBackWithAllTheirFields)
@@ -87,12 +87,13 @@ TEST_P(Restore, SpentPointsComeBackWithAllTheirFields)
     restart();
     restore();
 
-    EXPECT_EQ(texts(till->plugin.bonusImpacts),
-              u"'Баллы Vantiro' sum 30.5, code 0, position 0, object 0, type 5, mode 2, rate 30.5, source 2, at %1, "
-              "minimum price kept, index 77\n"
-              "  1: 'Баллы Vantiro' sum 30.5, code 0, position 1, object 1, type 5, mode 2, rate 30.5, source 2, at %1, "
-              "minimum price kept, index 77"_s.arg(made)
-                  .toStdString());
+    EXPECT_EQ(
+        texts(till->plugin.bonusImpacts),
+        u"'Баллы Vantiro' sum 30.5, code 0, position 0, object 0, type 5, mode 2, rate 30.5, source 2, at %1, "
+        "minimum price kept, index 77\n"
+        "  1: 'Баллы Vantiro' sum 30.5, code 0, position 1, object 1, type 5, mode 2, rate 30.5, source 2, at %1, "
+        "minimum price kept, index 77"_s.arg(made)
+            .toStdString());
 }
 
 TEST_P(Restore, PointsComeBackAndGoToTheCard)

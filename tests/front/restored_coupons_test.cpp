@@ -1,5 +1,4 @@
 #include "tests/front/restarted_till.h"
-
 #include "till/document/cheque_contents.h"
 
 using namespace Qt::StringLiterals;
@@ -48,8 +47,9 @@ TEST_P(RestoredCoupons, TextKeyBecomesItsNumberWithAllCouponsInOrder)
 
 TEST_P(RestoredCoupons, PositionKeyIsReadInBase10)
 {
-    till->store(u"positionCoupons"_s,
-                QVariantMap { { u"010"_s, QStringList { u"vantiro-1"_s } }, { u"0x3"_s, QStringList { u"vantiro-2"_s } } });
+    till->store(
+        u"positionCoupons"_s,
+        QVariantMap { { u"010"_s, QStringList { u"vantiro-1"_s } }, { u"0x3"_s, QStringList { u"vantiro-2"_s } } });
 
     restart();
     restore();
@@ -59,8 +59,9 @@ TEST_P(RestoredCoupons, PositionKeyIsReadInBase10)
 
 TEST_P(RestoredCoupons, LaterKeyOfTheSameNumberReplacesTheEarlierOne)
 {
-    till->store(u"positionCoupons"_s,
-                QVariantMap { { u"03"_s, QStringList { u"vantiro-1"_s } }, { u"3"_s, QStringList { u"vantiro-2"_s } } });
+    till->store(
+        u"positionCoupons"_s,
+        QVariantMap { { u"03"_s, QStringList { u"vantiro-1"_s } }, { u"3"_s, QStringList { u"vantiro-2"_s } } });
 
     restart();
     restore();

@@ -63,7 +63,8 @@ TEST(Return, BySalePointsBackToIt)
             R"( BonusDiscount="0.00">)"
             "\n"
             R"(   <Item ItemID="1042" Barcode=""/>)"
-            "\n   <Discounts/>\n  </ChequeLine>\n </ChequeLines>\n <Discounts/>\n <Payments/>\n <Messages/>\n</Cheque>\n"));
+            "\n   <Discounts/>\n  </ChequeLine>\n </ChequeLines>\n <Discounts/>\n <Payments/>\n "
+            "<Messages/>\n</Cheque>\n"));
 }
 
 TEST(Return, OfASaleThatWasSetAsideNamesTheNumberThatTheServerKnows)

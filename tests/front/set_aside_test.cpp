@@ -3,10 +3,10 @@
 #include "till/document/cheque_contents.h"
 #include "till/store/document_json.h"
 
-#include <gtest/gtest.h>
-
 #include <QJsonDocument>
 #include <QJsonObject>
+
+#include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
 
@@ -139,6 +139,9 @@ TEST(Revealing, LaterRequestsKeepNumberIdentityAndShift)
     till.server.answerText("Accrual", u""_s);
     EXPECT_TRUE(till.plugin.commit(till.document()));
     EXPECT_EQ(identityIn(till.server.take("Accrual")), ofFirstNumber) << "up to the close";
+    EXPECT_TRUE(till.plugin.rollback(till.document()));
+    EXPECT_TRUE(till.plugin.cancel());
+    EXPECT_EQ(identityOfNextRequest(till), ofFirstNumber) << "until the host says that the cheque is over";
 }
 
 TEST(Revealing, IdentityIsTheStoredOneEvenForADocumentOfAnother)
@@ -213,7 +216,7 @@ TEST(Revealing, PointsToSpendAreLostUnlessTheSettingKeepsThem)
     TillAtWork till;
     fillState(till);
     till.store(u"pointsForSpend"_s, 20.0);
-    till.store(u"discountImpacts"_s, QVariantList { QVariant() });
+    till.store(u"discountImpacts"_s, QVariantList { QVariant(), QVariant() });
     till.plugin.beforePutoutCheck();
     bringBack(till);
 
@@ -223,7 +226,7 @@ TEST(Revealing, PointsToSpendAreLostUnlessTheSettingKeepsThem)
     EXPECT_EQ(till.card()->fields.pointsForSpend, 0.0);
     EXPECT_EQ(till.stored(u"pointsForSpend"_s), QVariant(0.0));
     EXPECT_EQ(std::string(till.stored(u"pointsForSpend"_s).typeName()), "double");
-    EXPECT_EQ(till.stored(u"discountImpacts"_s).toList().size(), 1) << "points alone";
+    EXPECT_EQ(till.stored(u"discountImpacts"_s).toList().size(), 2) << "points alone";
     EXPECT_EQ(till.plugin.discountImpacts.size(), 1);
     EXPECT_EQ(till.plugin.bonusImpacts.size(), 1);
 }

@@ -1,7 +1,6 @@
-#include "tests/front/till_at_work.h"
-
 #include "host/facilities/exceptions.h"
 #include "host/facilities/serder.h"
+#include "tests/front/till_at_work.h"
 #include "till/document/cheque_contents.h"
 #include "till/document/plugin_values.h"
 
@@ -157,7 +156,8 @@ TEST(StoredState, GoesToTheDocumentGivenAndThePointsToTheCardOfTheOpenOne)
     till.plugin.updateCouponsPluginData(other);
 
     EXPECT_EQ(keysOf(till.document()), "");
-    EXPECT_EQ(keysOf(other), "Vantiro: bonusImpacts checkCoupons discountImpacts offlineMode pointsForSpend positionCoupons");
+    EXPECT_EQ(keysOf(other),
+              "Vantiro: bonusImpacts checkCoupons discountImpacts offlineMode pointsForSpend positionCoupons");
     EXPECT_EQ(till.card()->fields.pointsForSpend, 50.25);
     EXPECT_EQ(other->card(7).dynamicCast<till::Card>()->fields.pointsForSpend, 0.0);
 }
@@ -205,7 +205,8 @@ TEST(StoredState, CouponsOfPositionsAreKeyedByTheNumberAsText)
     EXPECT_EQ(byPosition.keys().join(u'|').toStdString(), "10|2");
     for (const QString& key : { u"10"_s, u"2"_s }) {
         EXPECT_EQ(byPosition[key].metaType(), QMetaType::fromType<QList<QString>>());
-        EXPECT_EQ(byPosition[key].toStringList().join(u'|').toStdString(), "vantiro-b|vantiro-a") << "in order of entry";
+        EXPECT_EQ(byPosition[key].toStringList().join(u'|').toStdString(), "vantiro-b|vantiro-a")
+            << "in order of entry";
     }
     EXPECT_EQ(till.stored(u"checkCoupons"_s).metaType(), QMetaType::fromType<QList<QString>>());
     EXPECT_TRUE(till.stored(u"checkCoupons"_s).toStringList().isEmpty());

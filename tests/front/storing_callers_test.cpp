@@ -1,5 +1,4 @@
 #include "tests/front/till_at_work.h"
-
 #include "till/document/cheque_contents.h"
 
 #include <gtest/gtest.h>
@@ -39,19 +38,16 @@ void identify(TillAtWork& till)
 const std::vector<Caller>& callers()
 {
     using Till = TillAtWork&;
-    const auto request = [](Till till) {
-        ask(till, "GetDiscounts", [&till] { EXPECT_FALSE(till.plugin.request(till.document())); });
-    };
+    const auto request
+        = [](Till till) { ask(till, "GetDiscounts", [&till] { EXPECT_FALSE(till.plugin.request(till.document())); }); };
     const auto offer = [](Till till) {
         ask(till, "GetCardDiscountAmount", [&till] { static_cast<void>(till.plugin.hasPointsForSpend()); });
     };
-    const auto spend = [](Till till) {
-        ask(till, "SubtractBonus45", [&till] { static_cast<void>(till.plugin.spendPoints()); });
-    };
+    const auto spend
+        = [](Till till) { ask(till, "SubtractBonus45", [&till] { static_cast<void>(till.plugin.spendPoints()); }); };
     const auto card = [](Till till) { ask(till, "IsCardValid", [&till] { identify(till); }); };
-    const auto coupon = [](Till till) {
-        ask(till, "IsCouponValid", [&till] { EXPECT_FALSE(till.addCoupon(u"vantiro-1"_s)); });
-    };
+    const auto coupon
+        = [](Till till) { ask(till, "IsCouponValid", [&till] { EXPECT_FALSE(till.addCoupon(u"vantiro-1"_s)); }); };
     const auto lost = [](const auto& hook) {
         return [hook](Till till) {
             till.server.refuse();
@@ -126,6 +122,23 @@ TEST_P(StoringCallers, StoreTheFlagAndSaveOnce)
     EXPECT_EQ(till.stored(u"offlineMode"_s).toString().toStdString(), GetParam().flag);
     const QStringList journal = QString::fromStdString(till.told()).split(u'\n');
     EXPECT_EQ(journal.count(u"save"_s), *GetParam().flag == '\0' ? 0 : 1) << journal.join(u'\n').toStdString();
+}
+
+TEST(OfflineCallers, StoreNothingMore)
+{
+    TillAtWork till;
+    till.goOffline();
+
+    EXPECT_TRUE(till.plugin.request(till.document()));
+    EXPECT_FALSE(till.plugin.hasPointsForSpend());
+    EXPECT_TRUE(till.plugin.spendPoints());
+    identify(till);
+    EXPECT_FALSE(till.addCoupon(u"vantiro-1"_s));
+
+    EXPECT_EQ(till.told(),
+              "event 127 text=Нет связи с сервером. Доступно только начисление баллов couponNumber=vantiro-1 "
+              "forCustomer=true");
+    EXPECT_EQ(till.stored(u"offlineMode"_s), QVariant(true));
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, StoringCallers, testing::ValuesIn(callers()),
