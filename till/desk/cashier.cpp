@@ -15,7 +15,7 @@ namespace {
 
     [[nodiscard]] std::optional<QString> readLine(const QString& prompt)
     {
-        QTextStream(stdout) << prompt << u": " << Qt::flush;
+        QTextStream(stdout) << prompt << QLatin1String(": ") << Qt::flush;
         // One stream for the life of the process: it reads ahead, and a second one would miss what it holds.
         static QTextStream input(stdin);
         QString line;

@@ -10,12 +10,12 @@ CouponLogic::~CouponLogic() = default;
 
 void CouponLogic::deleteCoupon(const control::Action& action)
 {
-    const QString number = action.value(QStringLiteral("couponNumber"), QVariant()).toString();
+    const QVariant number = action.value(QStringLiteral("couponNumber"), QVariant());
     const auto contents = Singleton<Session>::get()->getDocument().dynamicCast<till::ChequeContents>();
-    if (!contents) {
-        return;
+    if (!contents || !number.isValid()) {
+        return; // no number is not the empty number
     }
-    contents->coupons.removeIf([&number](const QSharedPointer<Coupon>& coupon) {
-        return coupon->getNumber() == number;
+    contents->coupons.removeIf([text = number.toString()](const QSharedPointer<Coupon>& coupon) {
+        return coupon->getNumber() == text;
     });
 }

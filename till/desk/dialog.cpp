@@ -37,6 +37,19 @@ void Result::dispatchEvent(const tr::Tr& text) const
 
 } // namespace core::BasicDialog
 
+namespace {
+
+/// No half of a surrogate pair is left at the end.
+[[nodiscard]] QString cutTo(int limit, QString line)
+{
+    if (limit > 0 && line.size() > limit) {
+        line.truncate(line.at(limit).isLowSurrogate() ? limit - 1 : limit);
+    }
+    return line;
+}
+
+} // namespace
+
 Dialog::Dialog() = default;
 Dialog::~Dialog() = default;
 
@@ -47,8 +60,8 @@ core::BasicDialog::Result Dialog::showForm(const core::InputForm& form)
     if (!line) {
         return core::BasicDialog::Result();
     }
-    const QString entered = form.lengthLimit > 0 ? line->left(form.lengthLimit) : *line;
-    return core::BasicDialog::Result(entered, [](const tr::Tr& text) { till::cashier().show(text.ru()); });
+    return core::BasicDialog::Result(cutTo(form.lengthLimit, *line),
+                                     [](const tr::Tr& text) { till::cashier().show(text.ru()); });
 }
 
 void Dialog::showError(const tr::Tr& text, int /*first*/, int /*second*/)

@@ -1,6 +1,9 @@
 #include "till/desk/print_form.h"
 
+#include <QTextBoundaryFinder>
 #include <QXmlStreamReader>
+
+#include <algorithm>
 
 namespace till {
 
@@ -8,32 +11,71 @@ namespace {
 
     [[nodiscard]] QString aligned(const QString& line, QStringView align, int columns)
     {
-        const qsizetype room = columns - line.size();
-        if (room <= 0 || align == u"left" || align.isEmpty()) {
-            return line;
+        const qsizetype room = std::max<qsizetype>(columns - line.size(), 0);
+        if (align == u"right") {
+            return QString(room, u' ') + line;
         }
-        return QString(align == u"right" ? room : room / 2, u' ') + line;
+        if (align == u"center") {
+            return QString(room / 2, u' ') + line;
+        }
+        return line;
+    }
+
+    [[nodiscard]] QStringList linesOf(QString text)
+    {
+        text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+        text.replace(u'\r', u'\n');
+        return text.split(u'\n');
+    }
+
+    /// How much of the front fits without parting a character: half of a surrogate pair is no text any more. At least
+    /// one character, whatever its width, so that whoever cuts gets on.
+    [[nodiscard]] qsizetype fitting(QStringView text, int columns)
+    {
+        if (text.size() <= columns) {
+            return text.size();
+        }
+        const qsizetype seen = std::min<qsizetype>(text.size(), columns + 2); // the whole character behind the cut
+        QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text.first(seen));
+        finder.setPosition(columns);
+        if (finder.isAtBoundary()) {
+            return columns;
+        }
+        const qsizetype before = finder.toPreviousBoundary();
+        return before > 0 ? before : finder.toNextBoundary();
     }
 
     /// Breaks at the last blank that fits, and in the middle of a word that is longer than the paper is wide.
+    void appendBroken(QStringView rest, int columns, QStringList& lines)
+    {
+        while (rest.size() > columns) {
+            const qsizetype blank = rest.lastIndexOf(u' ', columns);
+            const qsizetype cut = blank > 0 ? blank : fitting(rest, columns);
+            lines.append(rest.first(cut).toString());
+            rest = rest.sliced(blank > 0 ? cut + 1 : cut);
+            if (rest.isEmpty()) {
+                return; // what did not fit was a blank
+            }
+        }
+        lines.append(rest.toString());
+    }
+
     [[nodiscard]] QStringList broken(const QString& text, int columns)
     {
         QStringList lines;
-        for (QString rest : text.split(u'\n')) {
-            while (rest.size() > columns) {
-                const qsizetype blank = rest.lastIndexOf(u' ', columns);
-                const qsizetype cut = blank > 0 ? blank : columns;
-                lines.append(rest.left(cut));
-                rest.remove(0, blank > 0 ? cut + 1 : cut);
-            }
-            lines.append(rest);
+        for (const QString& line : linesOf(text)) {
+            appendBroken(line, columns, lines);
         }
         return lines;
     }
 
     [[nodiscard]] QString rule(const QString& symbols, int columns)
     {
-        return symbols.isEmpty() ? QString() : symbols.repeated(columns / symbols.size() + 1).left(columns);
+        if (symbols.isEmpty()) {
+            return QString();
+        }
+        const QString endless = symbols.repeated(columns / symbols.size() + 1);
+        return endless.left(fitting(endless, columns));
     }
 
     void layOutText(QXmlStreamReader& reader, QStringList& lines, int columns)
@@ -56,15 +98,18 @@ namespace {
         if (attributes.value(QStringLiteral("op")) == u"barcode") {
             const QString code = attributes.value(QStringLiteral("type")).toString() + u' '
                 + attributes.value(QStringLiteral("barcode")).toString();
-            lines.append(aligned(code, u"center", columns));
+            for (const QString& line : broken(code, columns)) {
+                lines.append(aligned(line, u"center", columns));
+            }
         }
         reader.skipCurrentElement();
     }
 
 } // namespace
 
-QStringList layOut(const QString& printForm, int columns)
+QStringList layOut(const QString& printForm, int paperColumns)
 {
+    const int columns = std::max(paperColumns, 1);
     QXmlStreamReader reader(printForm);
     QStringList lines;
     bool isPrintForm = false;
@@ -83,7 +128,10 @@ QStringList layOut(const QString& printForm, int columns)
             }
         }
     }
-    return !isPrintForm || reader.hasError() ? printForm.split(u'\n') : lines;
+    while (!reader.atEnd()) {
+        reader.readNext(); // text behind the form would be lost in silence
+    }
+    return !isPrintForm || reader.hasError() ? linesOf(printForm) : lines;
 }
 
 } // namespace till

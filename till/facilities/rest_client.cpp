@@ -1,6 +1,7 @@
 #include "host/facilities/rest_client.h"
 
 #include "host/facilities/log_manager.h"
+#include "till/exchange_events.h"
 #include "till/facilities/http_exchange.h"
 #include "till/facilities/http_failure.h"
 #include "till/facilities/http_library.h"
@@ -64,6 +65,7 @@ void RestClient::Private::exchange(const QUrl& url, const QByteArray& content, c
     const QString address = till::shownAddress(url);
     describe(address, result);
     log(address, result, took);
+    till::tellExchange({ address, headers.value(u"SOAPAction"_s).section(u'/', -1), content, status, body, error.ru(), took });
 }
 
 till::HttpResult RestClient::Private::ask(const QUrl& url, const QByteArray& content,

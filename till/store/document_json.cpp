@@ -1,7 +1,6 @@
 #include "till/store/document_json.h"
 
 #include "host/document/back_by_sale_document.h"
-#include "host/facilities/exceptions.h"
 #include "host/facilities/serder.h"
 #include "till/document/card.h"
 #include "till/document/cheque.h"
@@ -9,10 +8,12 @@
 #include "till/document/payment.h"
 #include "till/document/plugin_values.h"
 #include "till/document/return_by_sale.h"
+#include "till/store/stored_map.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <cmath>
 #include <stdexcept>
 
 namespace till {
@@ -21,20 +22,10 @@ namespace {
 
     constexpr int formatVersion = 1;
 
-    [[noreturn]] void refuse(const QString& reason)
-    {
-        tr::Tr text(QStringLiteral("tillDocumentFailed"), QStringLiteral("Документ не записывается и не читается: %1"));
-        throw BasicException(text.arg(tr::Tr(reason)));
-    }
-
+    /// With the distance from UTC: the time of the till alone comes twice in the hour in which clocks are set back.
     [[nodiscard]] QVariant time(const QDateTime& value)
     {
-        return value.isValid() ? QVariant(value.toString(Qt::ISODateWithMs)) : QVariant();
-    }
-
-    [[nodiscard]] QDateTime timeOf(const QVariant& value)
-    {
-        return QDateTime::fromString(value.toString(), Qt::ISODateWithMs);
+        return value.isValid() ? value.toOffsetFromUtc(value.offsetFromUtc()).toString(Qt::ISODateWithMs) : QVariant();
     }
 
     [[nodiscard]] QVariant optional(const std::optional<double>& value)
@@ -42,9 +33,23 @@ namespace {
         return value ? QVariant(*value) : QVariant();
     }
 
-    [[nodiscard]] std::optional<double> optionalOf(const QVariant& value)
+    /// JSON has no form for a number that is infinite or none: it would come back as nothing, or not at all.
+    void refuseEndless(const QVariant& value)
     {
-        return value.isNull() ? std::nullopt : std::optional(value.toDouble());
+        const QMetaType type = value.metaType();
+        if ((type == QMetaType::fromType<double>() || type == QMetaType::fromType<float>())
+            && !std::isfinite(value.toDouble())) {
+            refuseDocument(QStringLiteral("a number is infinite or none"));
+        }
+        if (type == QMetaType::fromType<QVariantMap>()) {
+            for (const QVariant& part : value.toMap()) {
+                refuseEndless(part);
+            }
+        } else if (type == QMetaType::fromType<QVariantList>()) {
+            for (const QVariant& part : value.toList()) {
+                refuseEndless(part);
+            }
+        }
     }
 
     [[nodiscard]] QVariantMap headMap(const ChequeHead& head)
@@ -63,19 +68,22 @@ namespace {
         };
     }
 
-    [[nodiscard]] ChequeHead headOf(const QVariantMap& map)
+    [[nodiscard]] ChequeHead headOf(const StoredMap& map)
     {
         ChequeHead head;
-        head.type = map["type"].toInt();
-        head.number = map["number"].toInt();
-        head.shift = map["shift"].toInt();
-        head.openTime = timeOf(map["openTime"]);
-        head.closeTime = timeOf(map["closeTime"]);
-        head.offlineAllowed = map["offlineAllowed"].toBool();
-        head.deferred = map["deferred"].toBool();
-        head.sourceDocumentId = map["sourceDocumentId"].isNull() ? QVariant() : map["sourceDocumentId"];
-        head.documentSum = optionalOf(map["documentSum"]);
-        head.sumToPay = optionalOf(map["sumToPay"]);
+        head.type = map.whole(u"type");
+        head.number = map.whole(u"number");
+        head.shift = map.whole(u"shift");
+        head.openTime = map.momentIfAny(u"openTime");
+        head.closeTime = map.momentIfAny(u"closeTime");
+        head.offlineAllowed = map.flag(u"offlineAllowed");
+        head.deferred = map.flag(u"deferred");
+        head.sourceDocumentId = map.any(u"sourceDocumentId");
+        head.documentSum = map.numberIfAny(u"documentSum");
+        head.sumToPay = map.numberIfAny(u"sumToPay");
+        if (!head.openTime.isValid()) {
+            StoredMap::damaged(u"openTime"); // the cheque would take the time of the clock
+        }
         return head;
     }
 
@@ -85,7 +93,7 @@ namespace {
         for (const QSharedPointer<GoodsItem>& item : lines) {
             const auto line = item.dynamicCast<Line>();
             if (!line) {
-                refuse(QStringLiteral("a line is not of this till"));
+                refuseDocument(QStringLiteral("a line is not of this till"));
             }
             const LineFields& fields = line->fields;
             list.append(QVariantMap {
@@ -105,38 +113,36 @@ namespace {
         return list;
     }
 
-    [[nodiscard]] LineFields lineOf(const QVariantMap& map)
+    [[nodiscard]] LineFields lineOf(const StoredMap& map)
     {
         LineFields fields;
-        fields.posnum = map["posnum"].toInt();
-        fields.code = map["code"].toString();
-        fields.barcode = map["barcode"].toString();
-        fields.price = map["price"].toDouble();
-        fields.minPrice = map["minPrice"].toDouble();
-        fields.quantity = map["quantity"].toDouble();
-        fields.sum = optionalOf(map["sum"]);
-        fields.bonusSpendAllowed = map["bonusSpendAllowed"].toBool();
-        fields.bonusEarnAllowed = map["bonusEarnAllowed"].toBool();
-        fields.discountAllowed = map["discountAllowed"].toBool();
-        fields.onlyExternalDiscountAllowed = map["onlyExternalDiscountAllowed"].toBool();
+        fields.posnum = map.whole(u"posnum");
+        fields.code = map.text(u"code");
+        fields.barcode = map.text(u"barcode");
+        fields.price = map.number(u"price");
+        fields.minPrice = map.number(u"minPrice");
+        fields.quantity = map.number(u"quantity");
+        fields.sum = map.numberIfAny(u"sum");
+        fields.bonusSpendAllowed = map.flag(u"bonusSpendAllowed");
+        fields.bonusEarnAllowed = map.flag(u"bonusEarnAllowed");
+        fields.discountAllowed = map.flag(u"discountAllowed");
+        fields.onlyExternalDiscountAllowed = map.flag(u"onlyExternalDiscountAllowed");
         return fields;
     }
 
-    void readLines(ChequeContents& contents, const QVariantMap& map)
+    void readLines(ChequeContents& contents, const StoredMap& map)
     try {
-        for (const QVariant& line : map["lines"].toList()) {
-            contents.addLine(lineOf(line.toMap()));
+        for (const StoredMap& line : map.maps(u"lines")) {
+            contents.addLine(lineOf(line));
         }
-        for (const QVariant& line : map["deletedLines"].toList()) {
-            const LineFields fields = lineOf(line.toMap());
-            contents.addLine(fields);
-            contents.remove(fields.posnum);
+        for (const StoredMap& line : map.maps(u"deletedLines")) {
+            contents.remove(contents.addLine(lineOf(line))->getPosnum());
         }
-        if (const int current = map["currentPosition"].toInt(); contents.currentPosition().state == Position::present) {
+        if (const int current = map.whole(u"currentPosition"); contents.currentPosition().state == Position::present) {
             contents.selectPosition(current);
         }
     } catch (const std::invalid_argument& reason) {
-        refuse(QString::fromUtf8(reason.what()));
+        refuseDocument(QString::fromUtf8(reason.what()));
     }
 
     [[nodiscard]] QVariantList paymentList(const ChequeContents& contents)
@@ -153,13 +159,11 @@ namespace {
         return list;
     }
 
-    void readPayments(ChequeContents& contents, const QVariantList& list)
+    void readPayments(ChequeContents& contents, const QList<StoredMap>& list)
     {
-        for (const QVariant& entry : list) {
-            const QVariantMap map = entry.toMap();
-            contents.payments.append(QSharedPointer<Payment>::create(
-                PaymentFields { map["amount"].toDouble(), map["cardNumber"].toString(), map["valutOperation"].toInt(),
-                                map["opCode"].toInt() }));
+        for (const StoredMap& map : list) {
+            contents.payments.append(QSharedPointer<Payment>::create(PaymentFields {
+                map.number(u"amount"), map.text(u"cardNumber"), map.whole(u"valutOperation"), map.whole(u"opCode") }));
         }
     }
 
@@ -170,7 +174,7 @@ namespace {
         for (auto it = cards.cbegin(); it != cards.cend(); ++it) {
             const auto card = it->record.dynamicCast<Card>();
             if (!card) {
-                refuse(QStringLiteral("a card is not of this till"));
+                refuseDocument(QStringLiteral("a card is not of this till"));
             }
             list.append(QVariantMap {
                 { "mode", it.key() },
@@ -185,17 +189,16 @@ namespace {
         return list;
     }
 
-    void readCards(ChequeContents& contents, const QVariantList& list)
+    void readCards(ChequeContents& contents, const QList<StoredMap>& list)
     {
-        for (const QVariant& entry : list) {
-            const QVariantMap map = entry.toMap();
+        for (const StoredMap& map : list) {
             CardFields fields;
-            fields.number = map["number"];
-            fields.codeInternal = map["codeInternal"].toInt();
-            fields.bonusBalance = map["bonusBalance"].isNull() ? QVariant() : map["bonusBalance"];
-            fields.pointsForSpend = map["pointsForSpend"].toDouble();
-            fields.spentSum = map["spentSum"].toDouble();
-            contents.setCard(map["mode"].toInt(), map["type"].toInt(), QSharedPointer<Card>::create(fields));
+            fields.number = map.any(u"number");
+            fields.codeInternal = map.whole(u"codeInternal");
+            fields.bonusBalance = map.any(u"bonusBalance");
+            fields.pointsForSpend = map.number(u"pointsForSpend");
+            fields.spentSum = map.number(u"spentSum");
+            contents.setCard(map.whole(u"mode"), map.whole(u"type"), QSharedPointer<Card>::create(fields));
         }
     }
 
@@ -210,6 +213,23 @@ namespace {
         return impact.dynamicCast<BonusImpact>() ? bonusImpact : QString();
     }
 
+    [[nodiscard]] QVariantMap pluginMap(PluginData& data)
+    {
+        QVariantMap map;
+        const auto& groups = pluginValuesOf(data);
+        for (auto it = groups.cbegin(); it != groups.cend(); ++it) {
+            map.insert(it.key(), QVariant(it.value()));
+        }
+        return map;
+    }
+
+    void readPluginValues(PluginData& data, const StoredMap& groups)
+    {
+        for (const QString& group : groups.keys()) {
+            pluginValuesOf(data).insert(group, groups.map(group).values());
+        }
+    }
+
     [[nodiscard]] QVariantList impactList(const ChequeContents& contents)
     {
         QVariantList list;
@@ -217,26 +237,36 @@ namespace {
             QVariant form;
             serder::default_serder_type<DocumentImpact>::strategy.serialize(&form, impact.data(),
                                                                             DocumentImpact::staticMetaObject);
-            list.append(QVariantMap { { "kind", kindOf(impact) }, { "impact", form } });
+            list.append(QVariantMap {
+                { "kind", kindOf(impact) },
+                { "impact", form },
+                { "values", pluginMap(*impact) },
+            });
         }
         return list;
     }
 
-    void readImpacts(ChequeContents& contents, const QVariantList& list)
+    [[nodiscard]] QSharedPointer<DocumentImpact> impactOf(const QString& kind)
     {
-        for (const QVariant& entry : list) {
-            const QVariantMap map = entry.toMap();
-            const QString kind = map["kind"].toString();
-            QSharedPointer<DocumentImpact> impact;
-            if (kind == discountImpact) {
-                impact = QSharedPointer<DiscountImpact>::create();
-            } else if (kind == bonusImpact) {
-                impact = QSharedPointer<BonusImpact>::create();
-            } else {
-                impact = QSharedPointer<DocumentImpact>::create();
-            }
-            serder::default_serder_type<DocumentImpact>::strategy.deserialize(impact.data(), map["impact"],
-                                                                              DocumentImpact::staticMetaObject);
+        if (kind == discountImpact) {
+            return QSharedPointer<DiscountImpact>::create();
+        }
+        if (kind == bonusImpact) {
+            return QSharedPointer<BonusImpact>::create();
+        }
+        if (!kind.isEmpty()) {
+            StoredMap::damaged(u"kind");
+        }
+        return QSharedPointer<DocumentImpact>::create();
+    }
+
+    void readImpacts(ChequeContents& contents, const QList<StoredMap>& list)
+    {
+        for (const StoredMap& map : list) {
+            const QSharedPointer<DocumentImpact> impact = impactOf(map.text(u"kind"));
+            serder::default_serder_type<DocumentImpact>::strategy.deserialize(
+                impact.data(), map.map(u"impact").values(), DocumentImpact::staticMetaObject);
+            readPluginValues(*impact, map.map(u"values"));
             contents.impacts.append(impact);
         }
     }
@@ -254,12 +284,11 @@ namespace {
         return list;
     }
 
-    void readBonusRecords(ChequeContents& contents, const QVariantList& list)
+    void readBonusRecords(ChequeContents& contents, const QList<StoredMap>& list)
     {
-        for (const QVariant& entry : list) {
-            const QVariantMap map = entry.toMap();
+        for (const StoredMap& map : list) {
             contents.bonusRecords.append(
-                { map["cardNumber"].toString(), map["amount"].toDouble(), timeOf(map["dateTime"]) });
+                { map.text(u"cardNumber"), map.number(u"amount"), map.momentIfAny(u"dateTime") });
         }
     }
 
@@ -270,23 +299,6 @@ namespace {
             list.append(coupon->getNumber());
         }
         return list;
-    }
-
-    [[nodiscard]] QVariantMap pluginMap(PluginData& data)
-    {
-        QVariantMap map;
-        const auto& groups = pluginValuesOf(data);
-        for (auto it = groups.cbegin(); it != groups.cend(); ++it) {
-            map.insert(it.key(), QVariant(it.value()));
-        }
-        return map;
-    }
-
-    void readPluginValues(PluginData& data, const QVariantMap& map)
-    {
-        for (auto it = map.cbegin(); it != map.cend(); ++it) {
-            pluginValuesOf(data).insert(it.key(), it->toMap());
-        }
     }
 
     const QString saleRecord = QStringLiteral("sale");
@@ -306,17 +318,17 @@ namespace {
         };
     }
 
-    [[nodiscard]] QSharedPointer<SaleDocumentSource> saleFrom(const QVariant& value)
+    [[nodiscard]] QSharedPointer<SaleDocumentSource> saleFrom(const StoredMap& document)
     {
-        if (value.isNull()) {
+        if (document.isNull(saleRecord)) {
             return nullptr;
         }
-        const QVariantMap map = value.toMap();
+        const StoredMap map = document.map(saleRecord);
         auto sale = QSharedPointer<SaleDocumentSource>::create();
-        sale->chequeNumber = map["chequeNumber"].toInt();
-        sale->openTime = timeOf(map["openTime"]);
-        sale->closeTime = timeOf(map["closeTime"]);
-        sale->pluginDataJson = map["pluginDataJson"].toString();
+        sale->chequeNumber = map.whole(u"chequeNumber");
+        sale->openTime = map.momentIfAny(u"openTime");
+        sale->closeTime = map.momentIfAny(u"closeTime");
+        sale->pluginDataJson = map.text(u"pluginDataJson");
         return sale;
     }
 
@@ -326,7 +338,7 @@ QByteArray toJson(const QSharedPointer<AbstractDocument>& document)
 {
     const auto contents = document.dynamicCast<ChequeContents>();
     if (!contents) {
-        refuse(QStringLiteral("the document is not of this till"));
+        refuseDocument(QStringLiteral("the document is not of this till"));
     }
     const QVariantMap map {
         { "version", formatVersion },
@@ -345,39 +357,40 @@ QByteArray toJson(const QSharedPointer<AbstractDocument>& document)
         { "pluginDataJson", contents->pluginDataJson },
         { "pluginValues", pluginMap(*document) },
     };
+    refuseEndless(map);
     return QJsonDocument(QJsonObject::fromVariantMap(map)).toJson(QJsonDocument::Compact);
 }
 
 QSharedPointer<AbstractDocument> documentFromJson(const QByteArray& text)
 {
     QJsonParseError error;
-    const QVariantMap map = QJsonDocument::fromJson(text, &error).object().toVariantMap();
+    const StoredMap map(QJsonDocument::fromJson(text, &error).object());
     if (error.error != QJsonParseError::NoError) {
-        refuse(error.errorString());
+        refuseDocument(error.errorString());
     }
-    const QString identity = map["identity"].toString();
-    if (map["version"].toInt() != formatVersion || identity.isEmpty()) {
-        refuse(QStringLiteral("the form is not known"));
+    const QString identity = map.text(u"identity");
+    if (map.whole(u"version") != formatVersion || identity.isEmpty()) {
+        refuseDocument(QStringLiteral("the form is not known"));
     }
 
-    const ChequeHead head = headOf(map["head"].toMap());
+    const ChequeHead head = headOf(map.map(u"head"));
     QSharedPointer<AbstractDocument> document;
-    if (map["isReturnBySale"].toBool()) {
-        document = QSharedPointer<ReturnBySale>::create(saleFrom(map[saleRecord]), head, identity);
+    if (map.flag(u"isReturnBySale")) {
+        document = QSharedPointer<ReturnBySale>::create(saleFrom(map), head, identity);
     } else {
         document = QSharedPointer<Cheque>::create(head, identity);
     }
     ChequeContents& contents = *document.dynamicCast<ChequeContents>();
     readLines(contents, map);
-    readPayments(contents, map["payments"].toList());
-    readCards(contents, map["cards"].toList());
-    for (const QString& number : map["coupons"].toStringList()) {
+    readPayments(contents, map.maps(u"payments"));
+    readCards(contents, map.maps(u"cards"));
+    for (const QString& number : map.texts(u"coupons")) {
         contents.coupons.append(QSharedPointer<CouponRecord>::create(number));
     }
-    readImpacts(contents, map["impacts"].toList());
-    readBonusRecords(contents, map["bonusRecords"].toList());
-    contents.pluginDataJson = map["pluginDataJson"].toString();
-    readPluginValues(*document, map["pluginValues"].toMap());
+    readImpacts(contents, map.maps(u"impacts"));
+    readBonusRecords(contents, map.maps(u"bonusRecords"));
+    contents.pluginDataJson = map.text(u"pluginDataJson");
+    readPluginValues(*document, map.map(u"pluginValues"));
     return document;
 }
 

@@ -15,8 +15,8 @@
 namespace till::store {
 
 /// Opens the database in the folder, and makes both where they are missing (0700 and 0600). Throws `BasicException` when
-/// that cannot be done, and when the database was written by a newer till. Opened again with another folder, it moves
-/// there. [cheque-thread] [blocks: for the disk]
+/// that cannot be done, and when the database was written by a newer till, whose bytes stay as they are; no store is
+/// open then. Opened again with another folder, it moves there. [cheque-thread] [blocks: for the disk]
 VANTIRO_HOST_API void open(const QString& folder);
 
 /// Closes the calling thread's connection and forgets the folder. [cheque-thread]
