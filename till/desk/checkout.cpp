@@ -109,12 +109,17 @@ double Checkout::due() const
     return roubles(due);
 }
 
+void Checkout::idle(std::chrono::milliseconds limit)
+{
+    static_cast<void>(tasks.waitForIdle(limit)); // the rest comes another time
+}
+
 void Checkout::open(const QSharedPointer<AbstractDocument>& document)
 {
     if (current) {
         throw DeskError(QStringLiteral("cheque %1 is still open").arg(current->getChequeNumber()));
     }
-    static_cast<void>(tasks.waitForIdle(std::chrono::milliseconds(0))); // results that came since the last cheque
+    idle(std::chrono::milliseconds(0));
     store::saveAs(document, DocumentState::open);
     current = document;
     changed = false;

@@ -9,6 +9,7 @@
 #include <QSharedPointer>
 #include <QString>
 
+#include <chrono>
 #include <memory>
 #include <optional>
 
@@ -85,6 +86,10 @@ public:
     /// After a start: brings back the document that was open, or finishes the one that was being closed. True when
     /// there was one.
     bool restore();
+
+    /// What a till does while nobody uses it: takes the results of tasks that run beside the cheques, the search for a
+    /// better server among them. [blocks: until all have come, or the time is up]
+    void idle(std::chrono::milliseconds limit);
 
     [[nodiscard]] bool isOpen() const;
     /// The open document. Throws `DeskError` when none is open.

@@ -153,6 +153,8 @@ void Player::play(const ScriptLine& line)
         throw ScriptError(QStringLiteral("%1 (usage: %2)").arg(error.text(), verb->usage));
     }
     parts.screen.dropAnswers();
+    constexpr std::chrono::seconds pause(10); // a person takes as long from one step to the next
+    parts.checkout.idle(pause);
 }
 
 QList<ExchangeEvent> Player::exchangesOfStep() const

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "till/program/surroundings.h"
+#include "till/script/service_control.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+// The commands of the program. Each gives the exit status, writes its results to standard output, and throws
+// `CommandError` when it cannot begin.
+namespace till {
+
+struct PlayOptions {
+    Places places;
+    QString script; // a file, or "-" for standard input
+    QList<ControlledServer> servers;
+    bool showWire = false;
+};
+
+[[nodiscard]] int play(const PlayOptions& options);
+[[nodiscard]] int shell(const PlayOptions& options);
+[[nodiscard]] int doctor(const Places& places);
+
+struct QueueOptions {
+    Places places;
+    QString action; // list, show, send, hold, release or export
+    std::optional<qint64> id;
+    QString file; // of an export; empty for standard output
+};
+
+[[nodiscard]] int queue(const QueueOptions& options);
+
+struct SlipOptions {
+    QString file; // or "-" for standard input
+    QString format; // text, png or escpos
+    QString output; // empty for standard output
+    int columns = 42;
+};
+
+[[nodiscard]] int slip(const SlipOptions& options);
+
+struct DemoOptions {
+    QString sandbox; // the program; empty: beside this one
+    QString examples; // the folder of the rules and chapters; empty: as built or installed
+    QString output; // where the slips go; empty: a folder of its own under the current one
+    QStringList chapters; // none: all
+    QString plugin;
+    bool showWire = false;
+};
+
+[[nodiscard]] int demo(const DemoOptions& options);
+
+} // namespace till

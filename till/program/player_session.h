@@ -1,0 +1,37 @@
+#pragma once
+
+#include "till/delivery/delivery.h"
+#include "till/desk/checkout.h"
+#include "till/program/commands.h"
+#include "till/program/surroundings.h"
+#include "till/script/player.h"
+#include "till/script/screen.h"
+
+#include <functional>
+#include <optional>
+
+namespace till {
+
+/// Everything that a script or a shell works with, put together: the till, the plug-in, the checkout and the player. A
+/// document that was open when the till ended last time is brought back. Throws `CommandError`. [cheque-thread]
+class PlayerSession {
+public:
+    PlayerSession(const PlayOptions& options, std::function<std::optional<QString>(const QString&)> ask,
+                  std::function<void()> crash);
+
+    [[nodiscard]] Player& player();
+
+private:
+    OpenTill till;
+    LoadedPlugin plugin;
+    Screen screen;
+    Checkout checkout;
+    Delivery delivery;
+    ServiceControl service;
+    std::optional<Player> thePlayer;
+};
+
+/// Writes the line to standard output at once: a till that is killed has said all that it has said.
+void writeLine(const QString& line);
+
+} // namespace till
