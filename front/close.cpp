@@ -29,9 +29,7 @@ bool Vantiro::commit(const QSharedPointer<AbstractDocument>& doc)
             interface->offlineAccrual(doc, bonusImpacts, positionCoupons, checkCoupons);
             logger->info("Бонусы зачислены в offline режиме");
         } catch (const VantiroException& exception) {
-            logger->error(exception.tr().ru());
-            lastError = exception.tr();
-            done = false;
+            done = fail(exception.tr());
         }
     }
     clearLoyaltyData();
@@ -51,9 +49,7 @@ bool Vantiro::backOrBackBySale(const QSharedPointer<AbstractDocument>& doc)
         logger->info("Бонусы начислены или списаны в offline режиме");
         return true;
     } catch (const VantiroException& exception) {
-        logger->error(exception.tr().ru());
-        lastError = exception.tr();
-        return false;
+        return fail(exception.tr());
     }
 }
 
@@ -71,9 +67,7 @@ bool Vantiro::rollback(const QSharedPointer<AbstractDocument>& doc)
                 interface->cancelSubtractBonus(doc, sum);
                 getCard()->setSpentSum(0.0); // points spent mean that there is a card
             } catch (const VantiroException& exception) {
-                logger->error(exception.tr().ru());
-                lastError = exception.tr();
-                return false; // all state stays, so that the rollback can be repeated
+                return fail(exception.tr()); // all state stays, so that the rollback can be repeated
             }
         }
     }

@@ -27,11 +27,6 @@ namespace {
 bool Vantiro::identifyByCard(QSharedPointer<DocumentCardRecord>& card, ECardNumberType /*type*/)
 {
     logger->info("Получение информации о карте Vantiro");
-    const auto fail = [this](const VantiroException& exception) {
-        logger->error(exception.tr().ru());
-        lastError = exception.tr();
-        return false;
-    };
     try {
         if (isOfflineMode(document)) {
             throw VantiroNoConnectionException(vantiro::reply::noConnection());
@@ -46,9 +41,9 @@ bool Vantiro::identifyByCard(QSharedPointer<DocumentCardRecord>& card, ECardNumb
         if (!isOfflineMode(document) && document->canGoOffline()) {
             updatePluginData(document, true);
         }
-        return fail(exception);
+        return fail(exception.tr());
     } catch (const VantiroException& exception) {
-        return fail(exception);
+        return fail(exception.tr());
     }
 }
 
@@ -59,9 +54,7 @@ bool Vantiro::getCardInfo(QSharedPointer<DocumentCardRecord>& card, ECardNumberT
         card->setBonusBalance(interface->getCardBalance(card->getNumber().toString()));
         return true;
     } catch (const VantiroException& exception) {
-        logger->error(exception.tr().ru());
-        lastError = exception.tr();
-        return false;
+        return fail(exception.tr());
     }
 }
 

@@ -35,12 +35,23 @@ bool Vantiro::request(const QSharedPointer<AbstractDocument>& doc)
         updatePluginData(doc, false);
         return true;
     } catch (const VantiroNoConnectionException& exception) {
-        logger->error(exception.tr().ru());
-        lastError = withRemark(exception.tr(), doc->getCardRecord(records::cardMode) ? onlyEarn() : tr::Tr());
-        updatePluginData(doc, true);
+        return goOffline(doc, exception.tr(), doc->getCardRecord(records::cardMode) ? onlyEarn() : tr::Tr());
     } catch (const VantiroException& exception) {
-        logger->error(exception.tr().ru());
-        lastError = exception.tr();
+        return fail(exception.tr());
     }
+}
+
+bool Vantiro::fail(const tr::Tr& reason)
+{
+    logger->error(reason.ru());
+    lastError = reason;
+    return false;
+}
+
+bool Vantiro::goOffline(const QSharedPointer<AbstractDocument>& doc, const tr::Tr& reason, const tr::Tr& remark)
+{
+    logger->error(reason.ru()); // without the remark, which is the cashier's
+    lastError = withRemark(reason, remark);
+    updatePluginData(doc, true);
     return false;
 }

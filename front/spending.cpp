@@ -37,12 +37,9 @@ bool Vantiro::hasPointsForSpend()
             logger->info("Бонусные баллы получены");
             updatePluginData(document, false);
         } catch (const VantiroNoConnectionException& exception) {
-            logger->error(exception.tr().ru());
-            lastError = withRemark(exception.tr(), onlyEarn());
-            updatePluginData(document, true);
+            goOffline(document, exception.tr(), onlyEarn());
         } catch (const VantiroException& exception) {
-            logger->error(exception.tr().ru());
-            lastError = exception.tr();
+            fail(exception.tr());
         }
     }
     return pointsForSpend > 0.005;
@@ -77,10 +74,8 @@ bool Vantiro::spendPoints()
 {
     const QSharedPointer<DocumentCardRecord> card = getCard();
     if (!card) {
-        logger->error("В документе отсутствует карта Vantiro");
-        lastError
-            = tr::Tr(QStringLiteral("vantiroCardNotFound"), QStringLiteral("В документе отсутствует карта Vantiro"));
-        return false;
+        return fail(
+            tr::Tr(QStringLiteral("vantiroCardNotFound"), QStringLiteral("В документе отсутствует карта Vantiro")));
     }
     if (isOfflineMode(document)) {
         return true; // nothing is spent, and the sale goes on
@@ -97,12 +92,8 @@ bool Vantiro::spendPoints()
         updatePluginData(document, false);
         return true;
     } catch (const VantiroNoConnectionException& exception) {
-        logger->error(exception.tr().ru());
-        lastError = withRemark(exception.tr(), onlyEarn());
-        updatePluginData(document, true);
+        return goOffline(document, exception.tr(), onlyEarn());
     } catch (const VantiroException& exception) {
-        logger->error(exception.tr().ru());
-        lastError = exception.tr();
+        return fail(exception.tr());
     }
-    return false;
 }

@@ -84,6 +84,10 @@ public:
     void printReports() const;
 
 private:
+    /// Logs why a hook fails and keeps the text for the host; the result is the hook's: false.
+    bool fail(const tr::Tr& reason);
+    /// The same for a lost connection, with a remark behind the reason; the document is offline from here on.
+    bool goOffline(const QSharedPointer<AbstractDocument>& document, const tr::Tr& reason, const tr::Tr& remark);
     void printReport() const; // the one waiting slip, if there is one
     void sendClosedDocument(const QSharedPointer<AbstractDocument>& document);
     void sendCancelledDocument(const Event& event);
