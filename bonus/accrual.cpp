@@ -1,6 +1,7 @@
 #include "bonus/vantiro_bonus_interface.h"
 
 #include "client/wire.h"
+#include "client/xml_writer.h"
 #include "host/framework/db_queue_broker.h"
 
 using namespace vantiro;
@@ -112,11 +113,12 @@ void VantiroBonusInterface::buildOnlineOrOfflineAccrualRequest(const QSharedPoin
                                                                const QList<QString>& coupons, QDomDocument& request,
                                                                QDomElement& body, bool offline)
 {
-    const QDomDocument open = buildXmlCheck(document, positionCoupons, coupons, {});
+    QDomDocument cheque = buildXmlCheck(document, positionCoupons, coupons, {});
     QList<QSharedPointer<MoneyItem>> certificates;
     getCertificatesFromDocument(document, certificates);
-    const QDomDocument closed = buildAccrualXmlCheck(open, bonusImpacts, positionCoupons, coupons, certificates);
-    buildBody(request, body, offline, getXmlCheckString(closed));
+    // The closed cheque takes the place of the open one, which is freed before the text is made: each may be large.
+    cheque = buildAccrualXmlCheck(cheque, bonusImpacts, positionCoupons, coupons, certificates);
+    buildBody(request, body, offline, getXmlCheckString(cheque));
 }
 
 void VantiroBonusInterface::buildOnlineOrOfflineAccrualRequest(const QSharedPointer<AbstractDocument>& document,
@@ -170,7 +172,7 @@ void VantiroInterface::sendOfflineAccrualRequest(QDomDocument& request, const QD
         { QStringLiteral("url"), hosts.value(currentServerIndex).toString() },
         { QStringLiteral("request"), queued },
         { QStringLiteral("headers"), headers },
-        { QStringLiteral("body"), request.toString(1) },
+        { QStringLiteral("body"), writeXml(request) },
     };
     Singleton<DBQueueBroker>::get()->enqueue(QStringLiteral("vantiro"), QJsonObject::fromVariantMap(record), QString());
 }

@@ -5,6 +5,7 @@
 #include "client/outside_xml.h"
 #include "client/reply.h"
 #include "client/wire.h"
+#include "client/xml_writer.h"
 #include "host/facilities/current_time.h"
 
 using namespace vantiro;
@@ -48,7 +49,7 @@ QList<QSharedPointer<DiscountImpact>> VantiroBonusInterface::getDiscounts(
     }
 
     const QDomDocument discounts = processResponseXml(text);
-    logger->trace("Данные ответа от сервера: \n%1", discounts.toString(1));
+    logger->trace("Данные ответа от сервера: \n%1", writeXml(discounts));
     const QList<QSharedPointer<DiscountImpact>> impacts
         = extractCheckDiscounts(discounts) + extractPositionDiscounts(discounts);
 

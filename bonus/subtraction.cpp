@@ -7,6 +7,7 @@
 #include "client/outside_xml.h"
 #include "client/reply.h"
 #include "client/wire.h"
+#include "client/xml_writer.h"
 
 using namespace vantiro;
 
@@ -52,7 +53,7 @@ QSharedPointer<BonusImpact> VantiroBonusInterface::subtractBonus(const QSharedPo
                       inner.column);
         throw VantiroException(reply::incorrectAnswer());
     }
-    logger->trace("Данные ответа от сервера: \n%1", inner.document.toString(1));
+    logger->trace("Данные ответа от сервера: \n%1", writeXml(inner.document));
 
     const QDomNodeList lines = inner.document.elementsByTagName(QStringLiteral("ChequeLine"));
     for (int i = 0; i < lines.length(); ++i) {

@@ -30,20 +30,25 @@ struct BonusSums {
     return sums;
 }
 
-/// Copies the attributes, with new values for those named. A name that the source lacks is not added.
-void copyAttributes(const QDomElement& source, QDomElement& target, const QMap<QString, QString>& replaced)
+/// A copy without the children, not yet appended. Taken over as a whole and then corrected, which costs half of setting
+/// each attribute.
+[[nodiscard]] QDomElement copyOf(const QDomElement& source, QDomDocument& target)
 {
-    const QDomNamedNodeMap attributes = source.attributes();
-    for (int i = 0; i < attributes.length(); ++i) {
-        const QDomAttr attribute = attributes.item(i).toAttr();
-        target.setAttribute(attribute.name(), replaced.value(attribute.name(), attribute.value()));
+    return target.importNode(source, false).toElement();
+}
+
+/// A name that the source lacks is not added.
+void replaceAttribute(QDomElement& element, const QString& name, const QString& value)
+{
+    if (element.hasAttribute(name)) {
+        element.setAttribute(name, value);
     }
 }
 
-void appendCopy(QDomElement& line, const QDomElement& source)
+void appendDeepCopy(QDomElement& line, const QDomElement& source, QDomDocument& target)
 {
     if (!source.isNull()) {
-        line.appendChild(line.ownerDocument().importNode(source, true));
+        line.appendChild(target.importNode(source, true));
     }
 }
 
@@ -78,14 +83,15 @@ QDomDocument VantiroInterface::buildAccrualXmlCheck(const QDomDocument& cheque,
 
     const QDomElement source = cheque.firstChildElement(xml::chequeTag);
     QDomDocument result;
-    QDomElement element = result.createElement(xml::chequeTag);
-    copyAttributes(source, element,
-                   { { xml::subtractedBonus, forms::money(subtractedTotal) }, { xml::status, xml::closed } });
+    QDomElement element = source.isNull() ? result.createElement(xml::chequeTag) : copyOf(source, result);
+    replaceAttribute(element, xml::subtractedBonus, forms::money(subtractedTotal));
+    replaceAttribute(element, xml::status, xml::closed);
 
     const QDomElement sourceCard = source.firstChildElement(xml::discountCardTag);
     if (sourceCard.hasAttributes()) {
-        QDomElement card = xml::appendElement(element, xml::discountCardTag);
-        copyAttributes(sourceCard, card, { { xml::subtractAmount, forms::money(bonus.total) } });
+        QDomElement card = copyOf(sourceCard, result);
+        replaceAttribute(card, xml::subtractAmount, forms::money(bonus.total));
+        element.appendChild(card);
     }
     for (const QSharedPointer<MoneyItem>& certificate : certificates) {
         xml::appendDiscountCard(element, certificate->getCardNum(), certificate->getAmount(), false);
@@ -95,12 +101,13 @@ QDomDocument VantiroInterface::buildAccrualXmlCheck(const QDomDocument& cheque,
     for (QDomElement sourceLine = source.firstChildElement(xml::chequeLinesTag).firstChildElement(xml::chequeLineTag);
          !sourceLine.isNull(); sourceLine = sourceLine.nextSiblingElement()) {
         const int position = sourceLine.attribute(xml::chequeLineNo).toInt(nullptr, 10);
-        QDomElement line = xml::appendElement(chequeLines, xml::chequeLineTag);
-        copyAttributes(sourceLine, line,
-                       { { xml::bonusDiscount, forms::money(bonus.byPosition.value(position)) } });
-        appendCopy(line, sourceLine.firstChildElement(xml::itemTag));
-        appendCopy(line, sourceLine.firstChildElement(xml::discountsTag));
+        QDomElement line = copyOf(sourceLine, result);
+        line.setTagName(xml::chequeLineTag); // whatever stands behind the first line counts as one
+        replaceAttribute(line, xml::bonusDiscount, forms::money(bonus.byPosition.value(position)));
+        appendDeepCopy(line, sourceLine.firstChildElement(xml::itemTag), result);
+        appendDeepCopy(line, sourceLine.firstChildElement(xml::discountsTag), result);
         addCouponsTags(positionCoupons.value(position), line);
+        chequeLines.appendChild(line);
     }
     element.appendChild(chequeLines);
 

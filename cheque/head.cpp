@@ -5,6 +5,7 @@
 #include "cheque/names.h"
 #include "client/forms.h"
 #include "client/xml_text.h"
+#include "client/xml_writer.h"
 
 #include <QUuid>
 
@@ -18,7 +19,7 @@ QString VantiroInterface::getChequeUID(const QString& identity) const
 
 QString VantiroInterface::getXmlCheckString(const QDomDocument& cheque) const
 {
-    return QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>") + cheque.toString(1);
+    return QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>") + writeXml(cheque);
 }
 
 QDomDocument VantiroInterface::buildXmlCheck(const QSharedPointer<AbstractDocument>& document,
@@ -107,8 +108,11 @@ void VantiroInterface::addCouponsTags(const QList<QString>& coupons, QDomElement
 double VantiroInterface::getSubtractedBonus(const QSharedPointer<AbstractDocument>& document) const
 {
     double sum = 0.0;
-    for (const QSharedPointer<DocumentImpact>& impact : document->getDocumentImpacts()) {
-        for (const QSharedPointer<DocumentImpactDetail>& detail : impact->getDetails()) {
+    // Held as constants: a loop over what is returned would copy each list and map, which the host still holds.
+    const QList<QSharedPointer<DocumentImpact>> impacts = document->getDocumentImpacts();
+    for (const QSharedPointer<DocumentImpact>& impact : impacts) {
+        const QMap<int, QSharedPointer<DocumentImpactDetail>> details = impact->getDetails();
+        for (const QSharedPointer<DocumentImpactDetail>& detail : details) {
             if (detail && detail->getDiscountName() == records::bonusName) {
                 sum += detail->getDiscountSum();
             }

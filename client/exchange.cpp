@@ -4,6 +4,7 @@
 #include "client/outside_xml.h"
 #include "client/reply.h"
 #include "client/wire.h"
+#include "client/xml_writer.h"
 #include "host/facilities/rest_client.h"
 
 using namespace vantiro;
@@ -11,7 +12,7 @@ using namespace vantiro;
 QDomDocument VantiroInterface::processSoapMessage(QDomDocument& document, const QDomNode& body, const QString& action)
 {
     createXmlRequest(document, body);
-    const QByteArray request = document.toByteArray(1);
+    const QByteArray request = writeXml(document).toUtf8();
 
     const QSharedPointer<RestClient> client = MockFactory<RestClient>::create();
     client->setTimeout(timeout);

@@ -2,6 +2,7 @@
 
 #include "client/ping_task_result.h"
 #include "client/wire.h"
+#include "client/xml_writer.h"
 #include "host/facilities/log_manager.h"
 #include "host/facilities/rest_client.h"
 #include "host/framework/activity_notifier.h"
@@ -20,7 +21,7 @@ QSharedPointer<TaskResult> VantiroInterface::ping() const
     const QString action = QStringLiteral("Ping");
     wire::Request request(action);
     createXmlRequest(request.getDocument(), request.getBody());
-    const QByteArray body = request.getDocument().toByteArray(1);
+    const QByteArray body = writeXml(request.getDocument()).toUtf8();
     const QHash<QString, QString> headers = createHttpHeaders(action);
 
     const QSharedPointer<RestClient> client = MockFactory<RestClient>::create();

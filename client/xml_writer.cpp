@@ -3,6 +3,8 @@
 #include <QDomNamedNodeMap>
 #include <QDomNode>
 
+#include <algorithm>
+
 namespace vantiro {
 
 namespace {
@@ -11,51 +13,214 @@ enum class Place { text, attribute };
 
 /// What stands for the character, empty when it stands for itself.
 template <Place place>
-[[nodiscard]] QStringView escaped(const char16_t* begin, const char16_t* at)
+[[nodiscard]] QStringView escapeOf(QStringView source, qsizetype at)
 {
-    switch (*at) {
+    constexpr bool inAttribute = place == Place::attribute;
+    switch (source[at].unicode()) {
     case u'<':
         return u"&lt;";
     case u'&':
         return u"&amp;";
     case u'>': // only where it would end a CDATA section
-        return at - begin >= 2 && at[-1] == u']' && at[-2] == u']' ? QStringView(u"&gt;") : QStringView();
-    case u'\r': // a parser makes a line feed of it
+        return at >= 2 && source[at - 1] == u']' && source[at - 2] == u']' ? QStringView(u"&gt;") : QStringView();
+    case u'\r': // parsers make a line feed of it, and in attributes a blank of all three
         return u"&#xd;";
+    case u'\n':
+        return inAttribute ? QStringView(u"&#xa;") : QStringView();
+    case u'\t':
+        return inAttribute ? QStringView(u"&#x9;") : QStringView();
+    case u'"':
+        return inAttribute ? QStringView(u"&quot;") : QStringView();
+    default:
+        return {};
+    }
+}
+
+/// A text that grows at its end. The string's own appending costs more than all the rest of the writing: most pieces of
+/// a cheque are of one to ten characters.
+class TextBuffer {
+public:
+    void append(QStringView piece)
+    {
+        makeRoom(piece.size());
+        end = std::copy(piece.cbegin(), piece.cend(), end);
+    }
+
+    void append(qsizetype count, QChar character)
+    {
+        makeRoom(count);
+        end = std::fill_n(end, count, character);
+    }
+
+    template <Place place>
+    void appendEscaped(QStringView source)
+    {
+        makeRoom(source.size());
+        for (qsizetype i = 0; i < source.size(); ++i) {
+            if (const QStringView escape = escapeOf<place>(source, i); !escape.isEmpty()) {
+                makeRoom(source.size() - i - 1 + escape.size());
+                end = std::copy(escape.cbegin(), escape.cend(), end);
+            } else {
+                *end++ = source[i];
+            }
+        }
+    }
+
+    [[nodiscard]] QString take()
+    {
+        text.truncate(end - text.constData());
+        return std::move(text);
+    }
+
+private:
+    void makeRoom(qsizetype count)
+    {
+        if (limit - end < count) {
+            grow(count);
+        }
+    }
+
+    void grow(qsizetype count)
+    {
+        const qsizetype used = end - text.constData();
+        text.resize(std::max(used + count, 2 * text.size()));
+        end = text.data() + used;
+        limit = text.data() + text.size();
+    }
+
+    QString text; // its part behind `end` is not written yet
+    QChar* end = text.data();
+    QChar* limit = end;
+};
+
+/// Walks the tree without recursion: how deep it may be is not for the stack to decide.
+class Writer {
+public:
+    [[nodiscard]] QString write(const QDomDocument& document);
+
+private:
+    void begin(const QDomNode& node, bool behindText);
+    void beginElement(const QDomNode& element);
+    void end(const QDomNode& node, bool beforeText);
+    void endElement(const QDomNode& element, bool behindText);
+    void indent(bool behindText);
+
+    TextBuffer text;
+    qsizetype depth = 0;
+};
+
+QString Writer::write(const QDomDocument& document)
+{
+    QDomNode node = document.firstChild();
+    bool behindText = false; // white space beside a text would become part of it
+    while (!node.isNull()) {
+        begin(node, behindText);
+        if (const QDomNode child = node.firstChild(); !child.isNull()) {
+            text.append(child.isText() ? QStringView(u">") : QStringView(u">\n"));
+            node = child;
+            behindText = false;
+            ++depth;
+            continue;
+        }
+        if (node.isElement()) {
+            text.append(u"/>");
+        }
+        for (;;) {
+            const QDomNode next = node.nextSibling();
+            end(node, next.isText());
+            behindText = node.isText();
+            if (!next.isNull() || depth == 0) {
+                node = next;
+                break;
+            }
+            --depth;
+            node = node.parentNode();
+            endElement(node, behindText);
+        }
+    }
+    return text.take();
+}
+
+void Writer::begin(const QDomNode& node, bool behindText)
+{
+    switch (node.nodeType()) {
+    case QDomNode::ElementNode:
+        indent(behindText);
+        beginElement(node);
+        break;
+    case QDomNode::TextNode:
+        text.appendEscaped<Place::text>(node.nodeValue());
+        break;
+    case QDomNode::CDATASectionNode:
+        text.append(u"<![CDATA[");
+        text.append(node.nodeValue());
+        text.append(u"]]>");
+        break;
+    case QDomNode::CommentNode: {
+        const QString comment = node.nodeValue();
+        indent(behindText);
+        text.append(u"<!--");
+        text.append(comment);
+        text.append(comment.endsWith(u'-') ? QStringView(u" -->") : QStringView(u"-->"));
+        break;
+    }
+    case QDomNode::ProcessingInstructionNode:
+        text.append(u"<?");
+        text.append(node.nodeName());
+        text.append(u" ");
+        text.append(node.nodeValue());
+        text.append(u"?>");
+        break;
     default:
         break;
     }
-    if constexpr (place == Place::attribute) {
-        switch (*at) {
-        case u'"':
-            return u"&quot;";
-        case u'\n': // a parser makes a blank of it, and of the tab
-            return u"&#xa;";
-        case u'\t':
-            return u"&#x9;";
-        default:
-            break;
-        }
-    }
-    return {};
 }
 
-class Writer {
-public:
-    /// The node up to its children.
-    void open(const QDomNode& node, bool behindText)
-    {
-        switch (node.nodeType()) {
-        case QDomNode::ElementNode:
-            openElement(node, behindText);
-            break;
-        case QDomNode::TextNode:
-            appendEscaped<Place::text>(node.nodeValue());
-            break;
-        case QDomNode::CDATASectionNode:
-            text += u"<![CDATA[";
-            text += node.nodeValue();
-            text += u"]]>";
-            break;
-        case QDomNode::CommentNode:
-            openComment
+/// The start tag but for its last bracket, which depends on the children.
+void Writer::beginElement(const QDomNode& element)
+{
+    text.append(u"<");
+    text.append(element.nodeName());
+    const QDomNamedNodeMap attributes = element.attributes();
+    const int count = attributes.length();
+    for (int i = 0; i < count; ++i) {
+        const QDomNode attribute = attributes.item(i);
+        text.append(u" ");
+        text.append(attribute.nodeName());
+        text.append(u"=\"");
+        text.appendEscaped<Place::attribute>(attribute.nodeValue());
+        text.append(u"\"");
+    }
+}
+
+void Writer::end(const QDomNode& node, bool beforeText)
+{
+    const bool endsLine = node.isProcessingInstruction() || (!beforeText && (node.isElement() || node.isComment()));
+    if (endsLine) {
+        text.append(u"\n");
+    }
+}
+
+void Writer::endElement(const QDomNode& element, bool behindText)
+{
+    indent(behindText);
+    text.append(u"</");
+    text.append(element.nodeName());
+    text.append(u">");
+}
+
+void Writer::indent(bool behindText)
+{
+    if (!behindText) {
+        text.append(depth, u' ');
+    }
+}
+
+} // namespace
+
+QString writeXml(const QDomDocument& document)
+{
+    return Writer().write(document);
+}
+
+} // namespace vantiro

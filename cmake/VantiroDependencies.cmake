@@ -6,3 +6,8 @@ find_package(CURL REQUIRED)
 find_package(SQLite3 REQUIRED)
 find_package(spdlog REQUIRED)
 find_package(GTest REQUIRED)
+
+# Debian's zint comes without a description for CMake or pkg-config.
+find_path(ZINT_INCLUDE_DIR zint.h REQUIRED)
+find_library(ZINT_LIBRARY zint REQUIRED)
+mark_as_advanced(ZINT_INCLUDE_DIR ZINT_LIBRARY)

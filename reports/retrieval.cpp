@@ -1,6 +1,7 @@
 #include "bonus/vantiro_bonus_interface.h"
 
 #include "client/outside_xml.h"
+#include "client/xml_writer.h"
 
 using namespace vantiro;
 
@@ -32,7 +33,7 @@ void VantiroBonusInterface::fillReport(const QDomDocument& answer)
     }
     const XmlReading slip = readOutsideXml(removeEscapeFromXml(text));
     lastReport = slip.ok ? slip.document : plainSlip(text);
-    logger->info("lastReport = %1", lastReport.toString(1));
+    logger->info("lastReport = %1", writeXml(lastReport));
 }
 
 QString VantiroBonusInterface::getReport()
@@ -42,7 +43,7 @@ QString VantiroBonusInterface::getReport()
     }
     const QDomDocument report = transformReport(lastReport);
     lastReport.clear();
-    return report.toString(1);
+    return writeXml(report);
 }
 
 QList<QString> VantiroBonusInterface::getReports()
@@ -54,7 +55,7 @@ QList<QString> VantiroBonusInterface::getReports()
     lastReport.clear();
     QList<QString> texts;
     for (const QDomDocument& report : reports) {
-        texts.append(report.toString(1));
+        texts.append(writeXml(report));
     }
     return texts;
 }

@@ -93,6 +93,17 @@ TEST(BadInput, MissingPluginIsNamed)
     EXPECT_THAT(run.errors, HasSubstr("--plugin FILE"));
 }
 
+TEST(BadInput, PluginThatIsNotWhereItIsInstalledIsAskedFor)
+{
+    const TillProgram till;
+    const QString program = till.path("vantiro-till");
+    ASSERT_TRUE(QFile::copy(QStringLiteral(VANTIRO_TILL_PROGRAM), program));
+    const ProgramRun run = runProgram(program, { "play", till.write("script.till", "open sale 1\n"), "--data", till.path("data") });
+    EXPECT_EQ(run.status, 1);
+    expectOneLine(run);
+    EXPECT_THAT(run.errors, HasSubstr("libvantiro.so is not where it is installed; name it with --plugin FILE"));
+}
+
 TEST(BadInput, LibraryThatIsNoPluginIsRefused)
 {
     const TillProgram till;

@@ -36,6 +36,9 @@ namespace {
         posting.body = object[QStringLiteral("body")].toString().toUtf8();
         const QJsonObject headers = object[QStringLiteral("headers")].toObject();
         for (auto header = headers.constBegin(); header != headers.constEnd(); ++header) {
+            if (!header->isString()) {
+                return std::nullopt;
+            }
             posting.headers.insert(header.key(), header->toString());
         }
         if (posting.operation.isEmpty() || posting.body.isEmpty() || headers.isEmpty()) {

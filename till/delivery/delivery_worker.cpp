@@ -6,6 +6,7 @@
 #include "till/store/store.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace till {
 
@@ -60,23 +61,24 @@ bool DeliveryWorker::waitUntilIdle(std::chrono::milliseconds time)
 
 void DeliveryWorker::work()
 {
-    bool force = false;
     std::unique_lock lock(mutex);
     while (!ending) {
+        const bool force = std::exchange(woken, false);
+        idle = false;
         lock.unlock();
         std::chrono::milliseconds sleep = longestSleep;
+        bool looked = true;
         try {
             sleep = sleepUntil(delivery.run(force, [this] { return !stop.load(); }).next);
         } catch (const BasicException& failure) {
             Log4Qt::LogManager::logger(QStringLiteral("till"), QStringLiteral("delivery"))->error(failure.tr().ru());
             sleep = std::chrono::seconds(5);
+            looked = false;
         }
         lock.lock();
-        idle = true;
+        idle = looked;
         changed.notify_all();
         changed.wait_for(lock, sleep, [this] { return ending || woken; });
-        force = woken;
-        woken = false;
     }
     lock.unlock();
     store::releaseConnection();

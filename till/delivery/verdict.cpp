@@ -1,5 +1,9 @@
 #include "till/delivery/verdict.h"
 
+#include "till/facilities/redaction.h"
+#include "till/printing/form_guard.h"
+
+#include <QStringDecoder>
 #include <QXmlStreamReader>
 
 namespace till {
@@ -14,6 +18,12 @@ namespace {
         enum class Kind { response, fault, other } kind = Kind::other;
         QString text; // of the fault; else why it is no answer
     };
+
+    [[nodiscard]] QString decoded(const QByteArray& reply)
+    {
+        QStringDecoder decoder(QStringConverter::encodingForData(reply, u'<').value_or(QStringConverter::Utf8));
+        return decoder.decode(reply);
+    }
 
     [[nodiscard]] QString faultText(QXmlStreamReader& reader)
     {
@@ -33,30 +43,49 @@ namespace {
         const auto isSoap = [&soap](const QXmlStreamReader& reader, QStringView name) {
             return reader.namespaceUri() == soap && reader.name() == name;
         };
-        QXmlStreamReader reader(reply);
+        // The reader's time grows with the square of attributes and of namespaces, and it passes over a document type.
+        const QString text = decoded(reply);
+        if (const QString refusal = refusalOfForm(text); !refusal.isEmpty()) {
+            return { Answer::Kind::other, QStringLiteral("the reply cannot be read: %1").arg(refusal) };
+        }
+        QXmlStreamReader reader(text);
         Answer answer { Answer::Kind::other, QStringLiteral("the reply is no answer of the service") };
         if (reader.readNextStartElement() && isSoap(reader, u"Envelope")) {
             while (reader.readNextStartElement()) {
-                if (isSoap(reader, u"Body") && reader.readNextStartElement()) {
-                    if (isSoap(reader, u"Fault")) {
-                        answer = { Answer::Kind::fault, faultText(reader) };
-                    } else if (reader.name() == QString(operation + QStringLiteral("Response"))) {
-                        answer = { Answer::Kind::response, QString() };
-                    }
+                if (!isSoap(reader, u"Body")) {
+                    reader.skipCurrentElement();
+                    continue;
+                }
+                if (!reader.readNextStartElement()) {
                     break;
                 }
-                reader.skipCurrentElement();
+                if (isSoap(reader, u"Fault")) {
+                    answer = { Answer::Kind::fault, faultText(reader) };
+                } else if (reader.name() == QString(operation + QStringLiteral("Response"))) {
+                    answer = { Answer::Kind::response, QString() };
+                }
+                break;
             }
         }
         while (!reader.atEnd()) {
-            if (reader.readNext() == QXmlStreamReader::DTD) {
-                return { Answer::Kind::other, QStringLiteral("the reply has a document type declaration") };
-            }
+            reader.readNext();
         }
         if (reader.hasError()) {
             return { Answer::Kind::other, QStringLiteral("the reply cannot be read: %1").arg(reader.errorString()) };
         }
         return answer;
+    }
+
+    /// One line of a list, whatever the other end has written: it may be megabytes, and it may repeat what it was sent.
+    [[nodiscard]] QString reason(const QString& text)
+    {
+        constexpr qsizetype longest = 300;
+        QString line = redact(text.left(4 * longest)).simplified();
+        if (line.size() > longest) {
+            line.truncate(line.at(longest - 1).isHighSurrogate() ? longest - 1 : longest);
+            line += u'…';
+        }
+        return line;
     }
 
     /// Statuses by which a server tells that this very message will never do.
@@ -70,21 +99,22 @@ namespace {
 Verdict verdictOn(RestClient& client, const QString& operation)
 {
     if (client.hasConnectionError()) {
-        return { Kind::unanswered, client.getErrorText().ru() };
+        return { Kind::unanswered, reason(client.getErrorText().ru()) };
     }
     const int status = client.getHttpStatus();
     if (client.isSuccess() || status == faultStatus) {
         const Answer answer = read(client.getResponseBody(), operation);
+        const QString told = reason(answer.text);
         switch (answer.kind) {
         case Answer::Kind::fault:
-            return { Kind::refused, answer.text.isEmpty() ? QStringLiteral("the service refused it") : answer.text };
+            return { Kind::refused, told.isEmpty() ? QStringLiteral("the service refused it") : told };
         case Answer::Kind::response:
             if (client.isSuccess()) {
                 return { Kind::delivered, QString() };
             }
             return { Kind::misanswered, QStringLiteral("HTTP status %1 with a response").arg(status) };
         case Answer::Kind::other:
-            return { Kind::misanswered, answer.text };
+            return { Kind::misanswered, told };
         }
     }
     if (isFinal(status)) {

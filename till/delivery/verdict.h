@@ -17,7 +17,7 @@ struct Verdict {
     };
 
     Kind kind = Kind::unanswered;
-    QString reason; // empty when delivered
+    QString reason; // one line without credentials, of some hundred characters at the longest; empty when delivered
 };
 
 /// The verdict on the last `post` of the client. A status alone delivers nothing: the reply must be an envelope with the

@@ -124,6 +124,9 @@ void Checkout::open(const QSharedPointer<AbstractDocument>& document)
     current = document;
     changed = false;
     keepsDiscounts = false;
+    committed.reset();
+    announced = false;
+    givenUp = false;
     system.clearLastErrorString();
     setOpenDocument(current);
 }
@@ -169,6 +172,7 @@ void Checkout::openReturnOf(int saleNumber, std::optional<int> number)
 void Checkout::putOut()
 {
     const QSharedPointer<AbstractDocument> document = this->document();
+    requireGoingOn();
     requireNoPoints(); // the plug-in does not bring a spending back with the cheque unless it is configured to
     system.beforePutoutCheck();
     store::saveAs(document, DocumentState::aside);
@@ -199,12 +203,15 @@ void Checkout::reveal(int number, std::optional<int> newNumber)
         cashier().show(QStringLiteral("Купоны чека нужно ввести снова"));
     }
     changed = true;
-    keepsDiscounts = true;
+    keepsDiscounts = system.getDiscountImpacts().isEmpty();
     save();
 }
 
 bool Checkout::restore()
 {
+    if (current) {
+        throw DeskError(QStringLiteral("cheque %1 is still open").arg(current->getChequeNumber()));
+    }
     for (const store::DocumentEntry& entry : store::documents()) {
         if (entry.state != DocumentState::open && entry.state != DocumentState::closing
             && entry.state != DocumentState::cancelling) {
@@ -213,14 +220,21 @@ bool Checkout::restore()
         current = store::documentOf(entry.identity);
         setOpenDocument(current);
         Singleton<ActivityNotifier>::get()->notify(Event(EActivityListener::restoreDocument));
+        if (contents().head.deferred && current->getPluginDataJson().isEmpty()) {
+            system.revealCheck(); // the till died in between: a return would miss the number that the service knows
+        }
         repeatRollback();
-        // The plug-in saves what it learns before the till has put it on the document.
-        if (const auto discounts = system.getDiscountImpacts(); !discounts.isEmpty()) {
-            setLoyaltyDiscounts(contents(), discounts);
+        // The plug-in saves what it learns before the till has put it on the document, which carries no discounts while
+        // the plug-in asks. Those that it carries were worked out for it as it stands, and may be paid for.
+        keepsDiscounts = system.getDiscountImpacts().isEmpty();
+        if (!keepsDiscounts && !hasLoyaltyDiscounts(contents())) {
+            setLoyaltyDiscounts(contents(), system.getDiscountImpacts());
         }
         setSpentPoints(contents(), system.getBonusImpactsForSpend());
         changed = true;
-        keepsDiscounts = true;
+        committed.reset();
+        announced = false;
+        givenUp = entry.state == DocumentState::cancelling;
         cashier().show(QStringLiteral("Восстановлен чек %1").arg(current->getChequeNumber()));
         if (entry.state == DocumentState::closing) {
             static_cast<void>(tellClosed());

@@ -21,8 +21,9 @@ class DeskListener;
 /// the order that the contract asks for. Each step that changes the document has it on disk before it returns; a till
 /// that dies goes on from there with `restore`. What the cashier has to read goes to `cashier()`.
 ///
-/// A step that cannot be done throws `DeskError` and changes nothing; a store that fails throws `BasicException`. A step
-/// of the loyalty system that fails is told to the cashier and returns false. [cheque-thread] [blocks: as the hooks do]
+/// A step that cannot be done throws `DeskError` and changes nothing. A step of the loyalty system that fails is told to
+/// the cashier and returns false. A store that fails throws `BasicException`; the step can be repeated when it works
+/// again, and what the loyalty system has done meanwhile is on the document. [cheque-thread] [blocks: as the hooks do]
 class VANTIRO_HOST_API Checkout {
 public:
     /// Works with the loyalty system of the card mode 7, which must have announced itself. The store is open.
@@ -47,9 +48,10 @@ public:
     void openReturnOf(int saleNumber, std::optional<int> number);
 
     void scan(const Article& article);
-    /// Of a return against a sale: takes so much of the sale's line back.
+    /// Of a return against a sale: takes so much of the sale's line back, of what returns have left of it. All of them
+    /// together give back what was paid, to the kopeck.
     void takeBack(int position, double quantity);
-    /// Takes a line off; its coupons go with it.
+    /// Takes a line off; its coupons and discounts go with it. Not while a payment stands.
     void remove(int position);
     void selectPosition(int position);
 
@@ -58,23 +60,25 @@ public:
     bool presentCard(const QString& number);
     bool presentPhone(const QString& number);
 
-    /// Asks what the cheque earns and puts the discounts on it.
+    /// Asks what the cheque earns and puts the discounts on it. Not while a payment stands: less may be due afterwards.
     bool request();
 
     bool addCoupon(const QString& number);
     bool deleteCoupon(const QString& number);
 
-    /// Pays with points: the amount, or without one the most that is allowed. Offline nothing is spent.
+    /// Pays with points: the amount, or without one the most that is allowed and due. Offline nothing is spent.
     bool payPoints(std::optional<double> amount);
     /// Undoes the spending of points.
     bool rollback();
 
-    /// Pays the rest, or a part of it.
+    /// Pays the rest, or a part of it. Before the first payment the loyalty system is asked if the cheque has changed
+    /// since the last time.
     void payCash(std::optional<double> amount);
     void payCertificate(const QString& number, std::optional<double> amount);
 
     /// Closes the paid document: tells or queues it, prints the slip. False when the loyalty server has refused it; it
-    /// is closed all the same.
+    /// is closed all the same. When the store fails on the way, nothing but a further `close` can be done with the
+    /// document once its closing has begun on disk; the loyalty system is then told what it has not been told yet.
     bool close();
     /// Cancels the document. Points that were spent are given back first; when that fails, nothing changes and false is
     /// returned, unless `anyway`.
@@ -83,8 +87,8 @@ public:
     /// Brings the document back that was set aside under that number; it goes on under a new one.
     void reveal(int number, std::optional<int> newNumber);
 
-    /// After a start: brings back the document that was open, or finishes the one that was being closed. True when
-    /// there was one.
+    /// After a start: brings back the document that was open, or finishes the one that was being closed or cancelled.
+    /// True when there was one.
     bool restore();
 
     /// What a till does while nobody uses it: takes the results of tasks that run beside the cheques, the search for a
@@ -105,6 +109,8 @@ private:
     void open(const QSharedPointer<AbstractDocument>& document);
     void end();
     void save() const;
+    void requireGoingOn() const;
+    void requireNoPayments() const;
     void requireSale() const;
     void requireLines() const;
     void requireNoPoints() const;
@@ -129,6 +135,9 @@ private:
     // The plug-in has let go of the discounts on the document. An offline request then answers with none, and that does
     // not mean that they are taken back.
     bool keepsDiscounts = false;
+    std::optional<bool> committed; // what the hook has answered, once the close was told
+    bool announced = false; // the end of the document has been, too
+    bool givenUp = false; // the cancelling has begun
 };
 
 } // namespace till

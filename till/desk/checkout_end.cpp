@@ -1,6 +1,7 @@
 #include "till/desk/checkout.h"
 
 #include "host/facilities/current_time.h"
+#include "host/facilities/exceptions.h"
 #include "host/framework/activity_notifier.h"
 #include "till/desk/cashier.h"
 #include "till/desk/desk_error.h"
@@ -28,7 +29,14 @@ namespace {
 
 void Checkout::pay(const QString& number, int operation, int code, std::optional<double> amount)
 {
+    requireGoingOn();
     requireLines();
+    if (amount && kopecks(*amount) <= 0) {
+        throw DeskError(QStringLiteral("the amount must be above zero"));
+    }
+    if (document()->getDocumentType() == EDocumentType::sale && !system.hasBonusImpacts()) {
+        static_cast<void>(requestIfChanged()); // the discounts are the server's word on what is to be paid
+    }
     const double sum = amount.value_or(due());
     if (kopecks(sum) <= 0) {
         throw DeskError(QStringLiteral("there is nothing to pay"));
@@ -37,17 +45,18 @@ void Checkout::pay(const QString& number, int operation, int code, std::optional
         throw DeskError(QStringLiteral("%1 is more than is due: %2")
                             .arg(QString::number(sum, 'f', 2), QString::number(due(), 'f', 2)));
     }
-    contents().payments.append(QSharedPointer<Payment>::create(PaymentFields { sum, number, operation, code }));
-    save();
+    QList<QSharedPointer<MoneyItem>>& payments = contents().payments;
+    payments.append(QSharedPointer<Payment>::create(PaymentFields { sum, number, operation, code }));
+    try {
+        save();
+    } catch (const BasicException&) {
+        payments.removeLast(); // it will be made again
+        throw;
+    }
 }
 
 void Checkout::payCash(std::optional<double> amount)
 {
-    requireLines();
-    if (document()->getDocumentType() == EDocumentType::sale && contents().payments.isEmpty()
-        && !system.hasBonusImpacts()) {
-        static_cast<void>(requestIfChanged()); // the discounts are the server's word on what is to be paid
-    }
     pay(QString(), cashOperation, 0, amount);
 }
 
@@ -59,44 +68,68 @@ void Checkout::payCertificate(const QString& number, std::optional<double> amoun
 bool Checkout::close()
 {
     requireLines();
-    // On a return the money goes the other way.
-    if (document()->getDocumentType() == EDocumentType::sale && kopecks(due()) > 0) {
-        throw DeskError(QStringLiteral("%1 is still to be paid").arg(QString::number(due(), 'f', 2)));
+    if (givenUp) {
+        requireGoingOn();
     }
-    contents().head.closeTime = MockFactory<CurrentTime>::create()->getCurrentTime();
-    contents().head.sumToPay.reset();
-    store::saveAs(current, DocumentState::closing);
+    ChequeHead& head = contents().head;
+    if (!head.closeTime.isValid()) { // else it stands as `closing` on disk, and the time may have been told
+        // On a return the money goes the other way.
+        if (head.type == EDocumentType::sale && kopecks(due()) > 0) {
+            throw DeskError(QStringLiteral("%1 is still to be paid").arg(QString::number(due(), 'f', 2)));
+        }
+        head.closeTime = MockFactory<CurrentTime>::create()->getCurrentTime();
+        head.sumToPay.reset();
+        try {
+            store::saveAs(current, DocumentState::closing);
+        } catch (const BasicException&) {
+            head.closeTime = QDateTime(); // it is open as before
+            throw;
+        }
+    }
     return tellClosed();
 }
 
 /// From here to its end the document stands as `closing` on disk: a till that dies does all of this again, and the
-/// service counts the cheque once.
+/// service counts the cheque once. After a failure of the store the plug-in's state may be gone, so what was told is not
+/// told again.
 bool Checkout::tellClosed()
 {
-    system.clearLastErrorString();
-    const bool done = !system.hasCard() || system.commit(current);
-    static_cast<void>(told(done));
-    Singleton<ActivityNotifier>::get()->notify(about(EActivityListener::documentClosed, current));
+    if (!committed) {
+        system.clearLastErrorString();
+        committed = !system.hasCard() || system.commit(current);
+        static_cast<void>(told(*committed));
+    }
+    if (!announced) {
+        Singleton<ActivityNotifier>::get()->notify(about(EActivityListener::documentClosed, current));
+        announced = true;
+    }
     system.clearAfterClose();
     store::saveAs(current, DocumentState::closed);
+    const bool done = *committed;
     end();
     return done;
 }
 
 bool Checkout::cancel(bool anyway)
 {
-    static_cast<void>(contents());
-    if (system.hasBonusImpacts() && !rollback() && !anyway) {
-        return false;
+    if (!givenUp) {
+        requireGoingOn();
+        if (system.hasBonusImpacts() && !rollback() && !anyway) {
+            return false;
+        }
+        store::saveAs(current, DocumentState::cancelling);
+        givenUp = true;
     }
-    store::saveAs(current, DocumentState::cancelling);
     tellCancelled();
     return true;
 }
 
 void Checkout::tellCancelled()
 {
-    Singleton<ActivityNotifier>::get()->notify(about(EActivityListener::documentCancelled, current));
+    if (!announced) {
+        Singleton<ActivityNotifier>::get()->notify(about(EActivityListener::documentCancelled, current));
+        announced = true;
+    }
     system.cancel();
     system.clearAfterClose();
     store::saveAs(current, DocumentState::cancelled);

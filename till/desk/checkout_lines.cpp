@@ -1,6 +1,7 @@
 #include "till/desk/checkout.h"
 
 #include "host/framework/activity_notifier.h"
+#include "till/desk/cashier.h"
 #include "till/desk/desk_error.h"
 #include "till/document/coupon_record.h"
 #include "till/document/line.h"
@@ -9,11 +10,15 @@
 #include "till/money/kopecks.h"
 #include "till/store/document_states.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace till {
 
 namespace {
 
     const QString couponNumberKey = QStringLiteral("couponNumber");
+    const QString tillGroup = QStringLiteral("Till");
 
     [[nodiscard]] QSharedPointer<GoodsItem> lineOf(const ChequeContents& contents, int position)
     {
@@ -25,8 +30,60 @@ namespace {
         throw DeskError(QStringLiteral("the cheque has no position %1").arg(position));
     }
 
-    /// What was paid for a part of a line of a sale: the discount and the points on it go with it.
-    void addSalePart(ChequeContents& back, const GoodsItem& sold, double quantity)
+    [[nodiscard]] qint64 thousandths(double quantity)
+    {
+        return std::llround(quantity * 1000.0);
+    }
+
+    /// A line of a return keeps the position of the sale's line beside it.
+    [[nodiscard]] QString soldKey(const GoodsItem& line)
+    {
+        return QStringLiteral("sold/%1").arg(line.getPosnum());
+    }
+
+    /// What returns have taken back of a line of a sale.
+    struct Taken {
+        qint64 quantity = 0; // thousandths
+        Kopecks paid = 0;
+    };
+
+    void addTaken(Taken& taken, AbstractDocument& back, int position)
+    {
+        for (const QSharedPointer<GoodsItem>& line : back.getGoodsItems()) {
+            if (back.getValue(tillGroup, soldKey(*line), 0).toInt() == position) {
+                taken.quantity += thousandths(line->getQuantity());
+                taken.paid += kopecks(line->getSumb());
+            }
+        }
+    }
+
+    /// By this return and by those that are closed.
+    [[nodiscard]] Taken takenOf(AbstractDocument& current, int position)
+    {
+        Taken taken;
+        addTaken(taken, current, position);
+        for (const store::DocumentEntry& entry : store::documents()) {
+            if (entry.type != EDocumentType::returnBySale || entry.state != store::DocumentState::closed) {
+                continue;
+            }
+            const QSharedPointer<AbstractDocument> former = store::documentOf(entry.identity);
+            if (former->getSourceDocumentId() == current.getSourceDocumentId()) {
+                addTaken(taken, *former, position);
+            }
+        }
+        return taken;
+    }
+
+    /// What is to be given back for so much more of the line: the rounding of one return is made good by the next.
+    [[nodiscard]] Kopecks shareOf(const GoodsItem& sold, const Taken& taken, double quantity)
+    {
+        const double part = static_cast<double>(taken.quantity + thousandths(quantity)) / 1000.0 / sold.getQuantity();
+        return std::clamp<Kopecks>(std::llround(static_cast<double>(kopecks(sold.getSumb())) * part) - taken.paid, 0,
+                                   cost(sold.getPrice(), quantity));
+    }
+
+    /// The discount and the points on the line of the sale go with what was paid for it.
+    QSharedPointer<Line> addSalePart(ChequeContents& back, const GoodsItem& sold, double quantity, Kopecks paid)
     {
         LineFields fields;
         fields.code = sold.getCode();
@@ -36,10 +93,11 @@ namespace {
         fields.quantity = quantity;
         fields.bonusSpendAllowed = sold.isAllowBonusSpend();
         fields.bonusEarnAllowed = sold.isAllowBonusEarn();
+        fields.discountAllowed = sold.isAllowDiscount();
+        fields.onlyExternalDiscountAllowed = sold.isAllowOnlyExternalDiscount();
         const auto line = back.addLine(fields);
 
-        const Kopecks full = kopecks(sold.getPrice() * quantity);
-        const Kopecks paid = kopecks(sold.getSumb() * quantity / sold.getQuantity());
+        const Kopecks full = cost(sold.getPrice(), quantity);
         if (paid < full) {
             const auto totals = QSharedPointer<DocumentImpactDetail>::create();
             totals->setDiscountName(QStringLiteral("Скидка чека продажи"));
@@ -52,6 +110,7 @@ namespace {
             impact->addDetailForPosition(line->getPosnum(), roubles(full - paid));
             back.impacts.append(impact);
         }
+        return line;
     }
 
 } // namespace
@@ -59,6 +118,25 @@ namespace {
 void Checkout::save() const
 {
     store::saveAs(current, store::DocumentState::open);
+}
+
+/// What the service may have been told of as closed or cancelled is not changed any more.
+void Checkout::requireGoingOn() const
+{
+    const int number = document()->getChequeNumber();
+    if (givenUp) {
+        throw DeskError(QStringLiteral("cheque %1 is being cancelled: cancel it again").arg(number));
+    }
+    if (contents().head.closeTime.isValid()) {
+        throw DeskError(QStringLiteral("cheque %1 is being closed: close it again").arg(number));
+    }
+}
+
+void Checkout::requireNoPayments() const
+{
+    if (!contents().payments.isEmpty()) {
+        throw DeskError(QStringLiteral("a payment stands on this cheque: its sum must not go down any more"));
+    }
 }
 
 void Checkout::requireSale() const
@@ -92,7 +170,11 @@ void Checkout::linesChanged()
 void Checkout::scan(const Article& article)
 {
     ChequeContents& cheque = contents();
+    requireGoingOn();
     requireNoPoints();
+    if (thousandths(article.quantity) <= 0 || kopecks(article.price) < 0) {
+        throw DeskError(QStringLiteral("a line needs a quantity above zero and a price that is not below it"));
+    }
     LineFields fields;
     fields.code = article.code;
     fields.barcode = article.barcode;
@@ -109,6 +191,7 @@ void Checkout::scan(const Article& article)
 void Checkout::takeBack(int position, double quantity)
 {
     ChequeContents& back = contents();
+    requireGoingOn();
     const QString saleIdentity = document()->getSourceDocumentId().toString();
     const QSharedPointer<AbstractDocument> sale
         = saleIdentity.isEmpty() ? nullptr : store::documentOf(saleIdentity);
@@ -116,22 +199,27 @@ void Checkout::takeBack(int position, double quantity)
         throw DeskError(QStringLiteral("this is no return against a sale that the till knows"));
     }
     const QSharedPointer<GoodsItem> sold = lineOf(dynamic_cast<const ChequeContents&>(*sale), position);
-    if (quantity <= 0.0 || quantity > sold->getQuantity()) {
-        throw DeskError(QStringLiteral("of position %1 the sale has %2, not %3")
-                            .arg(QString::number(position), QString::number(sold->getQuantity()),
+    const Taken taken = takenOf(*current, position);
+    const qint64 left = thousandths(sold->getQuantity()) - taken.quantity;
+    if (thousandths(quantity) <= 0 || thousandths(quantity) > left) {
+        throw DeskError(QStringLiteral("of position %1 the sale has %2 left, not %3")
+                            .arg(QString::number(position), QString::number(static_cast<double>(left) / 1000.0),
                                  QString::number(quantity)));
     }
-    addSalePart(back, *sold, quantity);
+    const auto line = addSalePart(back, *sold, quantity, shareOf(*sold, taken, quantity));
+    current->setValue(tillGroup, soldKey(*line), position);
     linesChanged();
 }
 
 void Checkout::remove(int position)
 {
     ChequeContents& cheque = contents();
+    requireGoingOn();
     requireNoPoints();
+    requireNoPayments();
     const QSharedPointer<GoodsItem> line = lineOf(cheque, position);
     cheque.remove(position);
-    workOutLines(cheque);
+    dropDiscountsOn(cheque, position);
     Singleton<ActivityNotifier>::get()->notify(
         Event(EActivityListener::positionRemoved)
             .addArgument(QStringLiteral("position"), QVariant::fromValue(line))
@@ -141,6 +229,7 @@ void Checkout::remove(int position)
 
 void Checkout::selectPosition(int position)
 {
+    requireGoingOn();
     static_cast<void>(lineOf(contents(), position));
     contents().selectPosition(position);
     save();
@@ -149,6 +238,7 @@ void Checkout::selectPosition(int position)
 bool Checkout::addCoupon(const QString& number)
 {
     ChequeContents& cheque = contents();
+    requireGoingOn();
     requireNoPoints();
     bool added = false;
     control::Action action;
@@ -158,6 +248,7 @@ bool Checkout::addCoupon(const QString& number)
             // This till has no coupons of its own: it takes those that a loyalty system has accepted.
             const auto type = static_cast<ECoupon::Type>(taken.value(QStringLiteral("couponType"), QVariant()).toInt());
             if (!system.couponBelongsToSystem(type)) {
+                cashier().show(QStringLiteral("Купон %1 не принят").arg(number));
                 return false;
             }
             cheque.coupons.append(QSharedPointer<CouponRecord>::create(number));
@@ -171,6 +262,7 @@ bool Checkout::addCoupon(const QString& number)
 bool Checkout::deleteCoupon(const QString& number)
 {
     ChequeContents& cheque = contents();
+    requireGoingOn();
     requireNoPoints();
     for (const CouponPtr& coupon : std::as_const(cheque.coupons)) {
         if (coupon->getNumber() == number) {

@@ -1,10 +1,15 @@
 #include "till/desk/checkout.h"
 
+#include "host/facilities/exceptions.h"
+#include "host/facilities/finally.h"
 #include "till/desk/cashier.h"
 #include "till/desk/desk_error.h"
 #include "till/document/card.h"
 #include "till/document/totals.h"
 #include "till/money/kopecks.h"
+
+#include <algorithm>
+#include <functional>
 
 namespace till {
 
@@ -16,6 +21,19 @@ namespace {
     [[nodiscard]] QString money(double sum)
     {
         return QString::number(sum, 'f', 2);
+    }
+
+    /// Asks about the cheque without its own discounts: the service grants each anew, and the plug-in tells it those that
+    /// it holds besides the document. They would count twice.
+    [[nodiscard]] bool askUndiscounted(ChequeContents& cheque, const std::function<bool()>& question)
+    {
+        const QList<QSharedPointer<DocumentImpact>> impacts = cheque.impacts;
+        const Finally back([&cheque, &impacts] { // also when the plug-in cannot save what it has learnt
+            cheque.impacts = impacts;
+            workOutLines(cheque);
+        });
+        setLoyaltyDiscounts(cheque, {});
+        return question();
     }
 
 } // namespace
@@ -34,6 +52,7 @@ bool Checkout::told(bool result) const
 bool Checkout::presentCard(const QString& number)
 {
     ChequeContents& cheque = contents();
+    requireGoingOn();
     requireNoPoints();
     CardFields fields;
     fields.number = number;
@@ -56,7 +75,8 @@ bool Checkout::presentCard(const QString& number)
 
 bool Checkout::presentPhone(const QString& number)
 {
-    static_cast<void>(contents());
+    requireGoingOn();
+    requireNoPoints();
     const CardNumberResult found = system.getCardNumber({ loyalty::CardNumberInputData::phone, number });
     if (!found.ok) {
         cashier().show(found.error.ru());
@@ -66,20 +86,16 @@ bool Checkout::presentPhone(const QString& number)
 
 bool Checkout::request()
 {
+    requireGoingOn();
     requireSale();
     requireLines();
     requireNoPoints();
+    requireNoPayments();
     ChequeContents& cheque = contents();
     system.clearLastErrorString();
-    // Asked about the cheque without its own discounts: the service grants each anew, and would count them twice.
-    const QList<QSharedPointer<DocumentImpact>> former = cheque.impacts;
-    setLoyaltyDiscounts(cheque, {});
-    const bool done = system.request(current);
+    const bool done = askUndiscounted(cheque, [this] { return system.request(current); });
     const QList<QSharedPointer<DiscountImpact>> granted = system.getDiscountImpacts();
-    if (!done || (granted.isEmpty() && keepsDiscounts)) {
-        cheque.impacts = former;
-        workOutLines(cheque);
-    } else {
+    if (done && !(granted.isEmpty() && keepsDiscounts)) {
         setLoyaltyDiscounts(cheque, granted);
         keepsDiscounts = false;
     }
@@ -98,18 +114,19 @@ bool Checkout::request()
 
 bool Checkout::requestIfChanged()
 {
-    return !changed || request();
+    return !changed || !contents().payments.isEmpty() || request();
 }
 
 bool Checkout::payPoints(std::optional<double> amount)
 {
+    requireGoingOn();
     requireSale();
     requireLines();
     requireNoPoints();
     if (!system.hasCard()) {
         throw DeskError(QStringLiteral("points are spent with a card: present one first"));
     }
-    if (amount && *amount <= 0.0) {
+    if (amount && kopecks(*amount) <= 0) {
         throw DeskError(QStringLiteral("the amount of points must be above zero"));
     }
     if (!requestIfChanged()) {
@@ -118,46 +135,58 @@ bool Checkout::payPoints(std::optional<double> amount)
 
     ChequeContents& cheque = contents();
     system.clearLastErrorString();
-    // The plug-in tells the service its discounts besides the document: on both, they would count twice.
-    const QList<QSharedPointer<DocumentImpact>> discounted = cheque.impacts;
-    if (!system.getDiscountImpacts().isEmpty()) {
-        setLoyaltyDiscounts(cheque, {});
-    }
-    const bool offered = system.hasPointsForSpend();
-    cheque.impacts = discounted;
-    workOutLines(cheque);
+    const bool offered = system.getDiscountImpacts().isEmpty()
+        ? system.hasPointsForSpend()
+        : askUndiscounted(cheque, [this] { return system.hasPointsForSpend(); });
     save();
-    if (!offered) {
+    double most = 0.0;
+    if (offered) {
+        cheque.head.sumToPay = std::min(roomForPoints(cheque), due());
+        most = system.getPointsForSpend(current); // whole points: may be none where there is less than one
+    }
+    if (kopecks(most) <= 0) {
         if (system.getLastErrorString().ru().isEmpty()) {
             cashier().show(QStringLiteral("Нет баллов для списания"));
         }
         return told(false);
     }
 
-    cheque.head.sumToPay = roomForPoints(cheque);
-    const double most = system.getPointsForSpend(current);
     if (amount && kopecks(*amount) > kopecks(most)) {
         throw DeskError(QStringLiteral("points can pay %1 at most").arg(money(most)));
     }
     system.setPointsForSpend(current, amount.value_or(most));
     const Rollback former = rollbackMark();
     markRollback(Rollback::none); // goes to disk with the spending, if it comes to one
-    const bool spent = system.spendPoints();
-    if (!system.hasBonusImpacts()) {
-        markRollback(former);
+    bool spent = false;
+    {
+        const Finally onCheque([&] { // the points are gone, also when the plug-in cannot save that they are
+            if (!system.hasBonusImpacts()) {
+                markRollback(former);
+            }
+            keepsDiscounts = true;
+            setSpentPoints(cheque, system.getBonusImpactsForSpend());
+        });
+        spent = system.spendPoints();
     }
-    keepsDiscounts = true;
-    setSpentPoints(cheque, system.getBonusImpactsForSpend());
     save();
     return told(spent && system.hasBonusImpacts());
 }
 
 bool Checkout::rollback()
 {
-    static_cast<void>(contents());
+    requireGoingOn();
+    if (!system.hasBonusImpacts()) {
+        throw DeskError(QStringLiteral("no points are spent on this cheque"));
+    }
     system.clearLastErrorString();
+    const Rollback former = rollbackMark();
     markRollback(Rollback::asked);
-    save();
+    try {
+        save();
+    } catch (const BasicException&) {
+        markRollback(former); // a later save would tell of a question that nobody has asked
+        throw;
+    }
     const bool done = system.rollback(current);
     if (done) {
         setSpentPoints(contents(), {});
@@ -185,6 +214,9 @@ Checkout::Rollback Checkout::rollbackMark() const
 /// After a restart: the plug-in has taken its stored state up again.
 void Checkout::repeatRollback()
 {
+    if (!system.hasBonusImpacts()) {
+        return; // it has stored a later state
+    }
     switch (rollbackMark()) {
     case Rollback::none:
         break;

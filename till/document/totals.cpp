@@ -6,6 +6,7 @@
 #include <QMap>
 
 #include <algorithm>
+#include <utility>
 
 namespace till {
 
@@ -15,7 +16,7 @@ namespace {
 
     [[nodiscard]] Kopecks minimumOf(const GoodsItem& line)
     {
-        return std::max<Kopecks>(0, kopecks(line.getMinPrice() * line.getQuantity()));
+        return std::max<Kopecks>(0, cost(line.getMinPrice(), line.getQuantity()));
     }
 
     /// What may be taken off a line as it now stands.
@@ -65,6 +66,12 @@ namespace {
         return record;
     }
 
+    [[nodiscard]] bool isLoyaltyDiscount(const QSharedPointer<DocumentImpact>& impact)
+    {
+        return impact.dynamicCast<DiscountImpact>()
+            && impact->getTotals()->getImpactSource() == EImpactSource::loyaltySystem;
+    }
+
 } // namespace
 
 void workOutLines(ChequeContents& contents)
@@ -78,7 +85,7 @@ void workOutLines(ChequeContents& contents)
     }
     for (const QSharedPointer<GoodsItem>& item : contents.liveLines()) {
         if (const auto line = item.dynamicCast<Line>()) {
-            const Kopecks full = kopecks(line->fields.price * line->fields.quantity);
+            const Kopecks full = cost(line->fields.price, line->fields.quantity);
             line->fields.sum = roubles(full - deductions.value(line->fields.posnum));
         }
     }
@@ -86,10 +93,7 @@ void workOutLines(ChequeContents& contents)
 
 void setLoyaltyDiscounts(ChequeContents& contents, const QList<QSharedPointer<DiscountImpact>>& discounts)
 {
-    contents.impacts.removeIf([](const QSharedPointer<DocumentImpact>& impact) {
-        return impact.dynamicCast<DiscountImpact>()
-            && impact->getTotals()->getImpactSource() == EImpactSource::loyaltySystem;
-    });
+    contents.impacts.removeIf(isLoyaltyDiscount);
     workOutLines(contents);
     for (const DiscountPtr& discount : discounts) {
         if (discount) {
@@ -98,6 +102,34 @@ void setLoyaltyDiscounts(ChequeContents& contents, const QList<QSharedPointer<Di
             workOutLines(contents); // the next one finds less room
         }
     }
+}
+
+bool hasLoyaltyDiscounts(const ChequeContents& contents)
+{
+    return std::ranges::any_of(contents.impacts, isLoyaltyDiscount);
+}
+
+void dropDiscountsOn(ChequeContents& contents, int position)
+{
+    QList<QSharedPointer<DocumentImpact>> kept;
+    for (const QSharedPointer<DocumentImpact>& impact : std::as_const(contents.impacts)) {
+        const auto details = impact->getDetails();
+        if (!impact.dynamicCast<DiscountImpact>() || !details.contains(position)) {
+            kept.append(impact);
+            continue;
+        }
+        QMap<int, Kopecks> others;
+        for (auto detail = details.cbegin(); detail != details.cend(); ++detail) {
+            if (detail.key() != position) {
+                others.insert(detail.key(), kopecks(detail.value()->getDiscountSum()));
+            }
+        }
+        if (!others.isEmpty()) {
+            kept.append(recordOf(*impact->getTotals(), others));
+        }
+    }
+    contents.impacts = kept;
+    workOutLines(contents);
 }
 
 void setSpentPoints(ChequeContents& contents, const QList<QSharedPointer<BonusImpact>>& impacts)

@@ -11,8 +11,8 @@ namespace till {
 
 namespace {
 
-    // An own table: a general codec looks for substitutes of its own, and here every character that is not printed as it
-    // stands must be found.
+    // An own table: a general codec looks for substitutes of its own, and here every character that is not printed as
+    // it stands must be found.
     constexpr std::u16string_view upperHalf = u"АБВГДЕЖЗИЙКЛМНОПРСТУФХЦЧШЩЪЫЬЭЮЯ"
                                               u"абвгдежзийклмноп"
                                               u"░▒▓│┤╡╢╖╕╣║╗╝╜╛┐└┴┬├─┼╞╟╚╔╩╦╠═╬╧╨╤╥╙╘╒╓╫╪┘┌█▄▌▐▀"

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "host/export.h"
-
 #include <QList>
 #include <QString>
 
@@ -30,8 +28,8 @@ private:
 /// [any-thread]
 [[nodiscard]] CodeSymbol ean13Symbol(const QString& digits);
 
-/// The QR symbol of the text in UTF-8, with error correction M: the symbol that a receipt printer makes of the same bytes.
-/// None for an empty text and for one that is too long for a symbol. [any-thread]
+/// The QR symbol of the text, with error correction M: of its bytes in UTF-8 and without a mark of their character set,
+/// as receipt printers make it. None for an empty text and for one that is too long for a symbol. [any-thread]
 [[nodiscard]] std::optional<CodeSymbol> qrSymbol(const QString& content);
 
 } // namespace till

@@ -2,6 +2,10 @@
 
 #include "till/printing/code_page.h"
 
+#include <QByteArrayView>
+
+#include <initializer_list>
+
 namespace till {
 
 namespace {
@@ -69,7 +73,7 @@ namespace {
 
         void setAlign(SlipAlign wanted)
         {
-            const char position = wanted == SlipAlign::center ? 1 : wanted == SlipAlign::right ? 2 : 0;
+            const char position = wanted == SlipAlign::center ? '\1' : wanted == SlipAlign::right ? '\2' : '\0';
             if (position != align) {
                 send({ esc, 'a', position });
                 align = position;

@@ -56,9 +56,10 @@ namespace {
                 other.kind = SlipKind::serviceForm;
                 return other;
             }
-            other.findings.append({ 1, QStringLiteral("this is no print form: its root is %1 instead of \"report\"; it is "
-                                                      "printed as it stands")
-                                           .arg(quoted(root)) });
+            other.findings.append({ 1,
+                                    QStringLiteral("this is no print form: its root is %1 instead of \"report\"; it is "
+                                                   "printed as it stands")
+                                        .arg(quoted(root)) });
             return other;
         }
 
@@ -214,10 +215,14 @@ namespace {
                 if (content.isEmpty()) {
                     note(QStringLiteral("the QR code is empty; its kind is printed as text"));
                 }
-                slip.blocks.append(
-                    SlipCode { .line = line, .kind = SlipCodeKind::qr, .type = type, .content = content, .drawable = !content.isEmpty() });
+                slip.blocks.append(SlipCode { .line = line,
+                                              .kind = SlipCodeKind::qr,
+                                              .type = type,
+                                              .content = content,
+                                              .drawable = !content.isEmpty() });
             } else {
-                begin(QStringLiteral("printer barcode"), { u"op", u"type", u"showmode", u"barcode", u"width", u"height" });
+                begin(QStringLiteral("printer barcode"),
+                      { u"op", u"type", u"showmode", u"barcode", u"width", u"height" });
                 note(QStringLiteral("codes of the type %1 are unknown; the code is printed as text").arg(quoted(type)));
                 slip.blocks.append(SlipCode { .line = line, .type = type, .content = attribute("barcode") });
             }
@@ -227,11 +232,15 @@ namespace {
         {
             const QString element = QStringLiteral("printer barcode EAN13");
             begin(element, { u"op", u"type", u"showmode", u"barcode", u"width", u"height" });
-            SlipCode code { .line = line, .kind = SlipCodeKind::ean13, .type = QStringLiteral("EAN13"), .content = attribute("barcode") };
+            SlipCode code { .line = line,
+                            .kind = SlipCodeKind::ean13,
+                            .type = QStringLiteral("EAN13"),
+                            .content = attribute("barcode") };
             const QString defect = defectOfEan13(code.content);
             code.drawable = defect.isEmpty();
             if (!code.drawable) {
-                note(QStringLiteral("%1 is no EAN-13 code: it %2; it is printed as text").arg(quoted(code.content), defect));
+                note(QStringLiteral("%1 is no EAN-13 code: it %2; it is printed as text")
+                         .arg(quoted(code.content), defect));
             }
             code.moduleWidth = numberOf("width", 2, 6, code.moduleWidth);
             code.height = numberOf("height", 1, 255, code.height);

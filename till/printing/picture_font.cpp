@@ -20,8 +20,8 @@ namespace {
         QFont font(family());
         font.setPixelSize(cell.width() * 5 / 3); // its characters are three fifths of its size wide
         // Shapes that depend on the font's file alone: no other font's letters, and no settings of the machine.
-        font.setStyleStrategy(
-            static_cast<QFont::StyleStrategy>(QFont::NoFontMerging | QFont::NoSubpixelAntialias | QFont::PreferAntialias));
+        font.setStyleStrategy(static_cast<QFont::StyleStrategy>(QFont::NoFontMerging | QFont::NoSubpixelAntialias
+                                                                | QFont::PreferAntialias));
         font.setHintingPreference(QFont::PreferNoHinting);
         return font;
     }
@@ -56,7 +56,8 @@ void drawInCells(QPainter& painter, QPoint corner, QSize cell, const QString& te
     painter.setPen(Qt::black);
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
     for (qsizetype from = 0, to = finder.toNextBoundary(); to > from; from = to, to = finder.toNextBoundary()) {
-        painter.drawText(QPoint(corner.x() + static_cast<int>(from) * cell.width(), baseline), text.sliced(from, to - from));
+        painter.drawText(QPoint(corner.x() + static_cast<int>(from) * cell.width(), baseline),
+                         text.sliced(from, to - from));
     }
 }
 

@@ -17,8 +17,8 @@ namespace till {
 /// Whether the font of the pictures is installed. Needs a QGuiApplication.
 [[nodiscard]] bool hasPictureFont();
 
-/// Draws the text from that corner on, one cell for each column; a character of two columns has two cells. What the font
-/// does not have is drawn as its box for missing characters, on every machine alike. Needs a QGuiApplication.
+/// Draws the text from that corner on, one cell for each column; a character of two columns has two cells. What the
+/// font does not have is drawn as its box for missing characters, on every machine alike. Needs a QGuiApplication.
 void drawInCells(QPainter& painter, QPoint corner, QSize cell, const QString& text);
 
 } // namespace till

@@ -142,7 +142,8 @@ namespace {
                                               "QT_QPA_PLATFORM=offscreen, or print as text"));
         }
         if (!hasPictureFont()) {
-            throw PictureError(QStringLiteral("the font DejaVu Sans Mono is missing; install the package fonts-dejavu-core"));
+            throw PictureError(
+                QStringLiteral("the font DejaVu Sans Mono is missing; install the package fonts-dejavu-core"));
         }
     }
 

@@ -66,10 +66,13 @@ namespace {
                     result.items.append(ArrangedQr { code, *symbol, std::min(widest, usualQrModule) });
                     return;
                 }
-                result.findings.append({ code.line, QStringLiteral("the text of %1 bytes is too long for a QR code; it is printed as text")
-                                                        .arg(code.content.toUtf8().size()) });
+                result.findings.append(
+                    { code.line,
+                      QStringLiteral("the text of %1 bytes is too long for a QR code; it is printed as text")
+                          .arg(code.content.toUtf8().size()) });
             }
-            (*this)(SlipText { code.line, QString(code.type + u' ' + code.content).trimmed(), SlipAlign::center, SlipSize::normal });
+            (*this)(SlipText { code.line, QString(code.type + u' ' + code.content).trimmed(), SlipAlign::center,
+                               SlipSize::normal });
         }
 
     private:
@@ -80,10 +83,11 @@ namespace {
             CodeSymbol symbol = ean13Symbol(code.content);
             const int widest = paper.dots / (ean13QuietLeft + symbol.width() + ean13QuietRight);
             if (paper.dots > 0 && code.moduleWidth > widest) {
-                result.findings.append({ code.line,
-                                         QStringLiteral("the code does not fit the paper with bars of %1 dots; they are of %2")
-                                             .arg(code.moduleWidth)
-                                             .arg(widest) });
+                result.findings.append(
+                    { code.line,
+                      QStringLiteral("the code does not fit the paper with bars of %1 dots; they are of %2")
+                          .arg(code.moduleWidth)
+                          .arg(widest) });
                 code.moduleWidth = widest;
             }
             result.items.append(ArrangedEan13 { std::move(code), std::move(symbol) });
@@ -92,10 +96,11 @@ namespace {
         void tellOfBreaks(qint64 place, const QString& line, const QStringList& rows, int columns)
         {
             if (rows.size() > 1) {
-                result.findings.append({ place,
-                                         QStringLiteral("a line of %1 characters where %2 fit is broken into %3: %4 begins the second")
-                                             .arg(QString::number(line.size()), QString::number(columns),
-                                                  QString::number(rows.size()), quoted(rows.at(1))) });
+                result.findings.append(
+                    { place,
+                      QStringLiteral("a line of %1 characters where %2 fit is broken into %3: %4 begins the second")
+                          .arg(QString::number(line.size()), QString::number(columns), QString::number(rows.size()),
+                               quoted(rows.at(1))) });
             }
         }
 

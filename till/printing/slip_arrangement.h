@@ -11,8 +11,8 @@
 // A slip on paper of a given width: what was read, broken into rows that fit.
 namespace till {
 
-/// What a slip is arranged for: how many characters of each size fit into a row, each at least 1, and the printer's dots
-/// across, or 0 where codes are not drawn in dots.
+/// What a slip is arranged for: how many characters of each size fit into a row, each at least 1, and the printer's
+/// dots across, or 0 where codes are not drawn in dots.
 struct Paper {
     int smaller = 0;
     int normal = 0;

@@ -35,10 +35,12 @@ namespace {
     /// The number behind the highest one that a file of the folder has.
     [[nodiscard]] qint64 nextNumber(const QDir& folder)
     {
+        constexpr qint64 most = 999'999'999; // a longer number is another program's name
         qint64 highest = 0;
-        for (const QString& name : folder.entryList({ QStringLiteral("slip-*") }, QDir::AllEntries | QDir::Hidden | QDir::System)) {
-            const QString number = name.sliced(5).section(u'.', 0, 0);
-            highest = std::max(highest, number.toLongLong());
+        for (const QString& name :
+             folder.entryList({ QStringLiteral("slip-*") }, QDir::AllEntries | QDir::Hidden | QDir::System)) {
+            const qint64 number = name.sliced(5).section(u'.', 0, 0).toLongLong();
+            highest = number > most ? highest : std::max(highest, number);
         }
         return highest + 1;
     }
@@ -71,7 +73,8 @@ namespace {
             logFailure(folder.path(), QStringLiteral("the folder cannot be made"));
             return;
         }
-        const QString name = folder.filePath(QStringLiteral("slip-%1").arg(nextNumber(folder), 3, 10, QLatin1Char('0')));
+        const QString name
+            = folder.filePath(QStringLiteral("slip-%1").arg(nextNumber(folder), 3, 10, QLatin1Char('0')));
         const Slip slip = readSlip(printForm);
         keep(name + QStringLiteral(".txt"),
              [&] { return renderForTerminal(slip, columns).output.join(u'\n').toUtf8() + '\n'; });

@@ -43,12 +43,12 @@ namespace {
             const QStringList foreign = outsidePrinterPage(printed.text);
             if (!foreign.isEmpty()) {
                 constexpr qsizetype shown = 10;
-                const QString more = foreign.size() > shown
-                    ? QStringLiteral(" and %1 more").arg(foreign.size() - shown)
-                    : QString();
-                slip.findings.append({ printed.line,
-                                       QStringLiteral("the printer's code page 866 does not have %1%2")
-                                           .arg(foreign.first(std::min(shown, foreign.size())).join(QStringLiteral(", ")), more) });
+                const QString more
+                    = foreign.size() > shown ? QStringLiteral(" and %1 more").arg(foreign.size() - shown) : QString();
+                slip.findings.append(
+                    { printed.line,
+                      QStringLiteral("the printer's code page 866 does not have %1%2")
+                          .arg(foreign.first(std::min(shown, foreign.size())).join(QStringLiteral(", ")), more) });
             }
         }
     }
@@ -63,7 +63,8 @@ Slip readSlip(const QString& text)
         if (refusal.isEmpty()) {
             slip = readForm(text);
         } else {
-            slip.findings.append({ 0, QStringLiteral("this is no print form: %1; it is printed as it stands").arg(refusal) });
+            slip.findings.append(
+                { 0, QStringLiteral("this is no print form: %1; it is printed as it stands").arg(refusal) });
         }
     }
     if (slip.kind != SlipKind::printForm) {

@@ -5,8 +5,8 @@
 #include <QString>
 #include <QStringList>
 
-// How texts become rows of paper of so many columns. A column is a UTF-16 code unit: what Russian slips are made of takes
-// one each. [any-thread]
+// How texts become rows of paper of so many columns. A column is a UTF-16 code unit: what Russian slips are made of
+// takes one each. [any-thread]
 namespace till {
 
 /// The text with U+FFFD for every control character but tabs: a text must not command a terminal.

@@ -24,6 +24,9 @@ struct PlayOptions {
 [[nodiscard]] int shell(const PlayOptions& options);
 [[nodiscard]] int doctor(const Places& places);
 
+/// Says where each document stands, and gives 1 unless nothing is lost, doubled, of another value, or a phantom.
+[[nodiscard]] int reconcileBooks(const Places& places, const QList<ControlledServer>& servers);
+
 struct QueueOptions {
     Places places;
     QString action; // list, show, send, hold, release or export

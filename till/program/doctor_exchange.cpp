@@ -147,21 +147,32 @@ void perform(const Handle& handle, Exchange& exchange, const char* errorText)
     exchange.status = exchange.code == CURLE_OK || exchange.isTooLarge ? static_cast<int>(number) : 0;
     const char* peer = nullptr;
     curl_easy_getinfo(handle.get(), CURLINFO_PRIMARY_IP, &peer);
-    const std::chrono::milliseconds connected = timeOf(handle, CURLINFO_CONNECT_TIME_T);
-    curl_off_t connectTime = 0;
-    curl_easy_getinfo(handle.get(), CURLINFO_CONNECT_TIME_T, &connectTime);
     curl_off_t secureTime = 0;
     curl_easy_getinfo(handle.get(), CURLINFO_APPCONNECT_TIME_T, &secureTime);
-    exchange.isConnected = connectTime > 0 && exchange.code != CURLE_COULDNT_CONNECT;
-    exchange.connectTime = connected - timeOf(handle, CURLINFO_NAMELOOKUP_TIME_T);
     exchange.peer = QString::fromUtf8(peer);
     exchange.isSecured = secureTime > 0;
     exchange.certificate = certificateOf(handle);
-    exchange.time = timeOf(handle, CURLINFO_TOTAL_TIME_T);
+    exchange.time = timeOf(handle, CURLINFO_TOTAL_TIME_T) - timeOf(handle, CURLINFO_NAMELOOKUP_TIME_T);
     exchange.detail = QString::fromUtf8(errorText).trimmed();
 }
 
 } // namespace
+
+Exchange connectTo(const QUrl& url, std::chrono::seconds timeout)
+{
+    constexpr int portOfHttps = 443;
+    constexpr int portOfHttp = 80;
+    QUrl plain = url;
+    plain.setPort(url.port(url.scheme() == u"https" ? portOfHttps : portOfHttp));
+    plain.setScheme(QStringLiteral("http"));
+
+    Exchange exchange;
+    std::array<char, CURL_ERROR_SIZE> errorText {};
+    const Handle handle = prepared(plain, timeout, exchange, errorText.data());
+    set(handle, CURLOPT_CONNECT_ONLY, 1L);
+    perform(handle, exchange, errorText.data());
+    return exchange;
+}
 
 Exchange post(const QUrl& url, const QByteArray& body, const QList<QByteArray>& headers, std::chrono::seconds timeout)
 {

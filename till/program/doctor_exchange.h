@@ -26,18 +26,20 @@ struct Exchange {
     CURLcode code = CURLE_FAILED_INIT;
     QString detail; // libcurl's words on a failure
     bool isRefused = false; // the machine answers, the port does not
+    std::chrono::milliseconds time { 0 }; // without the look-up of the name
 
-    bool isConnected = false;
     QString peer; // the address of the connection
-    std::chrono::milliseconds connectTime { 0 };
     bool isSecured = false; // TLS was agreed and the certificate is trusted
     Certificate certificate; // of an https server
 
     int status = 0; // 0: no whole reply
     bool isTooLarge = false; // then the body is cut off
     QByteArray body;
-    std::chrono::milliseconds time { 0 }; // from the start to the end
 };
+
+/// Only connects, without TLS whatever the scheme. libcurl tells nothing of a connection whose TLS has failed.
+/// [any-thread] [blocks: the timeout at the longest]
+[[nodiscard]] Exchange connectTo(const QUrl& url, std::chrono::seconds timeout);
 
 /// Posts as the till's own client does: a connection of its own, no proxy, no redirects, TLS verified. More than 64 KiB
 /// are not taken for a reply. [any-thread] [blocks: the timeout at the longest]

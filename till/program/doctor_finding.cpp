@@ -17,6 +17,14 @@ namespace {
     return QStringLiteral("FAILED");
 }
 
+/// What would end the line or steer the terminal.
+[[nodiscard]] bool isUnprintable(QChar character)
+{
+    const QChar::Category category = character.category();
+    return category == QChar::Separator_Line || category == QChar::Separator_Paragraph
+        || (!character.isPrint() && !character.isSurrogate());
+}
+
 } // namespace
 
 Finding ok(const QString& sentence)
@@ -39,7 +47,7 @@ QString lineOf(const Finding& finding)
     constexpr qsizetype columns = 8;
     QString line = wordOf(finding.verdict).leftJustified(columns) + finding.sentence;
     for (QChar& character : line) {
-        if (!character.isPrint() && !character.isSurrogate()) {
+        if (isUnprintable(character)) {
             character = u' ';
         }
     }

@@ -20,7 +20,7 @@ namespace {
         : ok(QStringLiteral("The plug-in reaches server %1 (%2).").arg(QString::number(server + 1), result.toString()));
 }
 
-/// All that the plug-in has made is gone when this returns, so that the library can be unloaded.
+/// All that the plug-in has made is gone when this returns, so that the plug-in can be stopped.
 [[nodiscard]] Finding checkPing(std::chrono::seconds longest)
 {
     constexpr std::chrono::seconds grace(5);

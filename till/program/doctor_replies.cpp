@@ -117,8 +117,8 @@ Finding judgeCredentials(const QString& title, const Exchange& exchange, bool ha
                                                 : QStringLiteral("HTTP status %1").arg(exchange.status);
     return failed(
         title
-        + QStringLiteral(": whether user and password are accepted cannot be told (%1); mend what the line on the "
-                         "ping says first.")
+        + QStringLiteral(
+              ": whether user and password are accepted cannot be told (%1); have the service answer IsCardValid.")
               .arg(reason));
 }
 

@@ -37,10 +37,10 @@ namespace {
 
 [[nodiscard]] Finding judgeConnection(const Server& server, const ServiceSettings& settings, const Exchange& exchange)
 {
-    if (exchange.isConnected) {
-        return ok(server.title()
-                  + QStringLiteral(": connects to %1 in %2 ms.")
-                        .arg(exchange.peer, QString::number(exchange.connectTime.count())));
+    if (exchange.code == CURLE_OK) {
+        return ok(
+            server.title()
+            + QStringLiteral(": connects to %1 in %2 ms.").arg(exchange.peer, QString::number(exchange.time.count())));
     }
     if (exchange.isRefused) {
         return failed(server.title()
@@ -82,15 +82,16 @@ void checkServer(const Server& server, const ServiceSettings& settings, const st
     if (name.verdict == Verdict::failed) {
         return;
     }
+    const Exchange connection = connectTo(server.url, settings.timeout);
+    tell(judgeConnection(server, settings, connection));
+    if (connection.code != CURLE_OK) {
+        return;
+    }
     const auto ask = [&](const QByteArray& operation, const QByteArray& parameters) {
         return post(server.url, soapRequest(operation, parameters), soapHeaders(operation, settings.authorization()),
                     settings.timeout);
     };
     const Exchange ping = ask("Ping", {});
-    tell(judgeConnection(server, settings, ping));
-    if (!ping.isConnected) {
-        return;
-    }
     if (server.isEncrypted()) {
         for (const Finding& finding : judgeTls(server, settings, ping)) {
             tell(finding);

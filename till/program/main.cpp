@@ -29,11 +29,13 @@ struct Common {
     std::string plugin;
     std::string logLevel = "info";
 
-    void addTo(CLI::App& command, bool withPlugin)
+    void addTo(CLI::App& command, bool withPlugin, bool withLog = true)
     {
         command.add_option("--data", data, "Folder of the till's database and log [the user's data folder/vantiro-till]");
         command.add_option("--config", config, "Configuration file [vantiro-till.ini in the data folder]");
-        command.add_option("--log-level", logLevel, "trace, debug, info, warn or error [info]");
+        if (withLog) {
+            command.add_option("--log-level", logLevel, "trace, debug, info, warn or error [info]");
+        }
         if (withPlugin) {
             command.add_option("--plugin", plugin, "The plug-in libvantiro.so [beside the program, or as installed]");
         }
@@ -126,8 +128,16 @@ int main(int argc, char** argv)
     });
 
     CLI::App& doctor = *app.add_subcommand("doctor", "Check configuration, plug-in and servers; status 1 when one fails");
-    common.addTo(doctor, true);
+    common.addTo(doctor, true, false); // it writes no log: that is a running till's
     doctor.callback([&] { withApplication(argc, argv, [&] { status = till::doctor(common.places()); }); });
+
+    CLI::App& reconcile = *app.add_subcommand(
+        "reconcile", "Hold the till's documents and queue against the books of sandbox services; status 1 when they differ");
+    reconcile.add_option("--sandbox", sandboxes, sandboxHelp)->required();
+    common.addTo(reconcile, false);
+    reconcile.callback([&] {
+        withApplication(argc, argv, [&] { status = till::reconcileBooks(common.places(), serversOf(sandboxes)); });
+    });
 
     CLI::App& queue = *app.add_subcommand("queue", "Look after the messages that wait for delivery");
     till::QueueOptions queueing;

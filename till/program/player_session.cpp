@@ -3,6 +3,7 @@
 #include "host/facilities/config.h"
 #include "host/facilities/exceptions.h"
 #include "till/desk/desk_error.h"
+#include "till/printing/slip_folder.h"
 
 #include <cstdio>
 
@@ -31,6 +32,7 @@ try : till(options.places)
     , delivery(deliverySettings())
     , service(options.servers)
 {
+    setSlipFolder(Singleton<Config>::get()->getString(QStringLiteral("Till:slips"), QString()));
     thePlayer.emplace(Player::Parts { checkout, screen, delivery, service, std::move(crash), options.showWire });
     static_cast<void>(checkout.restore());
 } catch (const DeskError& error) {

@@ -9,10 +9,10 @@
 #include <QFile>
 #include <QStringDecoder>
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdio>
-
-#include <unistd.h>
 
 namespace till {
 
@@ -29,7 +29,8 @@ namespace {
     {
         const QString name = shownName(options);
         QFile file(options.file);
-        const bool opened = options.file == u"-" ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
+        const bool opened
+            = options.file == u"-" ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
         if (!opened) {
             throw CommandError(QStringLiteral("%1 cannot be read: %2").arg(name, file.errorString()));
         }
@@ -41,7 +42,7 @@ namespace {
             throw CommandError(QStringLiteral("%1 is larger than 16 MiB, which no slip is").arg(name));
         }
         QStringDecoder decoder(QStringDecoder::Utf8);
-        const QString text = decoder(bytes);
+        QString text = decoder(bytes);
         if (decoder.hasError() || text.contains(QChar::Null)) {
             throw CommandError(QStringLiteral("%1 is no text in UTF-8; name a print form or a plain text").arg(name));
         }
@@ -52,10 +53,11 @@ namespace {
     {
         Slip slip = readSlip(readFile(options));
         if (slip.kind == SlipKind::serviceForm) {
-            throw CommandError(QStringLiteral("%1 is the service's own form (root doc or docs), which the plug-in alone turns "
-                                              "into a print form: play a sale with the key slips=FOLDER in the section [Till] of "
-                                              "the configuration, and take slip-NNN.xml from that folder")
-                                   .arg(shownName(options)));
+            throw CommandError(
+                QStringLiteral("%1 is the service's own form (root doc or docs), which the plug-in alone turns "
+                               "into a print form: play a sale with the key slips=FOLDER in the section [Till] of "
+                               "the configuration, and take slip-NNN.xml from that folder")
+                    .arg(shownName(options)));
         }
         return slip;
     }
@@ -63,14 +65,17 @@ namespace {
     void checkOptions(const SlipOptions& options)
     {
         if (options.columns != 32 && options.columns != 42 && options.columns != 48) {
-            throw CommandError(QStringLiteral("there is no paper of %1 columns; use 32, 42 or 48").arg(options.columns));
+            throw CommandError(
+                QStringLiteral("there is no paper of %1 columns; use 32, 42 or 48").arg(options.columns));
         }
         const bool isText = options.format == u"text";
         if (!isText && options.format != u"png" && options.format != u"escpos") {
-            throw CommandError(QStringLiteral("there is no format \"%1\"; use text, png or escpos").arg(options.format));
+            throw CommandError(
+                QStringLiteral("there is no format \"%1\"; use text, png or escpos").arg(options.format));
         }
         if (!isText && options.output.isEmpty() && ::isatty(STDOUT_FILENO) != 0) {
-            throw CommandError(QStringLiteral("%1 is nothing for a terminal; name a new file with --output FILE").arg(options.format));
+            throw CommandError(
+                QStringLiteral("%1 is nothing for a terminal; name a new file with --output FILE").arg(options.format));
         }
     }
 
@@ -95,15 +100,17 @@ namespace {
         QFile file(options.output);
         if (options.output.isEmpty()) {
             if (!file.open(stdout, QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush()) {
-                throw CommandError(QStringLiteral("the slip cannot be written to standard output: %1").arg(file.errorString()));
+                throw CommandError(
+                    QStringLiteral("the slip cannot be written to standard output: %1").arg(file.errorString()));
             }
             return;
         }
         // What is there already is not ours to overwrite.
         if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
-            throw CommandError(file.exists()
-                                   ? QStringLiteral("%1 is there already; name a new file with --output FILE").arg(options.output)
-                                   : QStringLiteral("%1 cannot be written: %2").arg(options.output, file.errorString()));
+            throw CommandError(
+                file.exists()
+                    ? QStringLiteral("%1 is there already; name a new file with --output FILE").arg(options.output)
+                    : QStringLiteral("%1 cannot be written: %2").arg(options.output, file.errorString()));
         }
         if (file.write(bytes) != bytes.size() || !file.flush()) {
             const QString reason = file.errorString();
@@ -119,7 +126,8 @@ namespace {
             std::fprintf(stderr, "%s: %s\n", qUtf8Printable(place), qUtf8Printable(text));
         };
         for (const SlipFinding& finding : findings.first(std::min(most, findings.size()))) {
-            say(finding.line > 0 ? QStringLiteral("%1:%2").arg(name, QString::number(finding.line)) : name, finding.text);
+            say(finding.line > 0 ? QStringLiteral("%1:%2").arg(name, QString::number(finding.line)) : name,
+                finding.text);
         }
         if (findings.size() > most) {
             say(name, QStringLiteral("and %1 findings more").arg(findings.size() - most));

@@ -108,6 +108,7 @@ LoadedPlugin::LoadedPlugin(const QString& file)
                                .arg(file));
     }
     if (!plugin->init()) {
+        plugin->deinit(); // the contract's way out
         throw CommandError(QStringLiteral("the plug-in does not start: another loyalty system has its card mode"));
     }
 }

@@ -45,13 +45,12 @@ QString Arguments::word(const QString& name)
 
 int Arguments::number(const QString& name)
 {
+    static const QRegularExpression form(QStringLiteral("^[0-9]{1,9}$"));
     const QString text = word(name);
-    bool good = false;
-    const int value = text.toInt(&good);
-    if (!good || value < 0) {
+    if (!form.match(text).hasMatch()) {
         refuse(text, name, QStringLiteral("a whole number"));
     }
-    return value;
+    return text.toInt();
 }
 
 double Arguments::money(const QString& name)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/export.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -9,7 +11,7 @@ namespace till {
 
 /// The arguments of one line, taken one after the other. What is missing or is no number throws `ScriptError` with the
 /// name under which the usage of the verb knows it. [cheque-thread]
-class Arguments {
+class VANTIRO_HOST_API Arguments {
 public:
     /// Without the verb.
     explicit Arguments(const QStringList& words);

@@ -1,8 +1,5 @@
 #include "till/script/books.h"
 
-#include "till/document/cheque_contents.h"
-#include "till/store/document_states.h"
-
 #include <QHash>
 #include <QSet>
 #include <QUuid>
@@ -49,8 +46,11 @@ namespace {
         return sum;
     }
 
-    [[nodiscard]] QString differenceOf(const BookLine& line)
+    [[nodiscard]] QString differenceOf(const BookLine& line, int bookings)
     {
+        if (bookings > 1) {
+            return QStringLiteral("the service has it %1 times").arg(bookings);
+        }
         if (!line.serviceSum) {
             return QStringLiteral("the service does not have it");
         }
@@ -68,6 +68,12 @@ namespace {
 
 } // namespace
 
+BookEntry bookEntryOf(const ChequeContents& contents, store::DocumentState state)
+{
+    return { QStringLiteral("%1 %2").arg(QString::number(contents.head.number), kindOf(contents.head.type, state)),
+             sumOf(contents), pointsOf(contents) };
+}
+
 QString chequeUid(const QString& documentIdentity)
 {
     return QUuid::createUuidV5(QUuid(), documentIdentity.toUtf8()).toString(QUuid::WithoutBraces).toUpper();
@@ -76,10 +82,14 @@ QString chequeUid(const QString& documentIdentity)
 QList<BookLine> compareBooks(const ServiceControl& service)
 {
     QHash<QString, ServiceCheque> booked;
+    QHash<QString, int> bookings;
     QStringList order;
-    for (const ServiceCheque& cheque : service.cheques()) {
-        booked.insert(cheque.uid, cheque);
-        order.append(cheque.uid);
+    const QList<ServiceCheque> cheques = service.cheques();
+    for (const ServiceCheque& cheque : cheques) {
+        if (++bookings[cheque.uid] == 1) {
+            booked.insert(cheque.uid, cheque);
+            order.append(cheque.uid);
+        }
     }
 
     QList<BookLine> lines;
@@ -94,15 +104,16 @@ QList<BookLine> compareBooks(const ServiceControl& service)
             continue; // nothing that anybody was told of
         }
         BookLine line;
-        line.name = QStringLiteral("%1 %2").arg(QString::number(entry.number), kindOf(entry.type, entry.state));
+        const BookEntry booking = bookEntryOf(contents, entry.state);
+        line.name = booking.name;
         line.uid = chequeUid(entry.identity);
-        line.tillSum = sumOf(contents);
-        line.tillPoints = pointsOf(contents);
+        line.tillSum = booking.sum;
+        line.tillPoints = booking.points;
         if (const auto found = booked.constFind(line.uid); found != booked.constEnd()) {
             line.serviceSum = found->amount;
             line.servicePoints = found->points;
         }
-        line.difference = differenceOf(line);
+        line.difference = differenceOf(line, bookings.value(line.uid));
         known.insert(line.uid);
         lines.append(line);
     }
@@ -113,7 +124,7 @@ QList<BookLine> compareBooks(const ServiceControl& service)
             line.uid = uid;
             line.serviceSum = booked[uid].amount;
             line.servicePoints = booked[uid].points;
-            line.difference = differenceOf(line);
+            line.difference = differenceOf(line, 1);
             lines.append(line);
         }
     }

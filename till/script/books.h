@@ -1,7 +1,9 @@
 #pragma once
 
 #include "host/export.h"
+#include "till/document/cheque_contents.h"
 #include "till/script/service_control.h"
+#include "till/store/document_states.h"
 
 #include <QList>
 #include <QString>
@@ -19,6 +21,15 @@ struct BookLine {
     Kopecks servicePoints = 0;
     QString difference; // empty when both agree
 };
+
+/// What the till has to say of a finished document. A plain value.
+struct BookEntry {
+    QString name; // number and kind
+    Kopecks sum = 0;
+    Kopecks points = 0; // that paid for it
+};
+
+[[nodiscard]] VANTIRO_HOST_API BookEntry bookEntryOf(const ChequeContents& contents, store::DocumentState state);
 
 /// The UUID by which the service knows the document. [any-thread]
 [[nodiscard]] VANTIRO_HOST_API QString chequeUid(const QString& documentIdentity);

@@ -4,6 +4,8 @@
 #include "till/store/queue_records.h"
 
 #include <algorithm>
+#include <array>
+#include <utility>
 
 namespace till {
 
@@ -29,6 +31,17 @@ namespace {
         return QString();
     }
 
+    /// What is looked for in a text: nothing would be found in every one.
+    [[nodiscard]] QString textOf(Arguments& arguments)
+    {
+        const QString text = arguments.word(QStringLiteral("TEXT"));
+        arguments.requireEnd();
+        if (text.isEmpty()) {
+            throw ScriptError(QStringLiteral("TEXT is empty"));
+        }
+        return text;
+    }
+
     /// What impacts of a class take off the document.
     template <class Impact>
     [[nodiscard]] Kopecks totalOf(const ChequeContents& contents)
@@ -48,8 +61,7 @@ bool Player::expect(Arguments& arguments)
 {
     const QString what = arguments.word(QStringLiteral("what"));
     if (what == u"refused") {
-        const QString text = arguments.word(QStringLiteral("TEXT"));
-        arguments.requireEnd();
+        const QString text = textOf(arguments);
         const QString reason = std::exchange(refusal, QString());
         if (reason.isEmpty() || !reason.contains(text)) {
             throw ScriptError(reason.isEmpty() ? QStringLiteral("the till has refused nothing")
@@ -66,8 +78,10 @@ bool Player::expect(Arguments& arguments)
         }
     } else if (what == u"no") {
         const QString where = arguments.word(QStringLiteral("where"));
-        const QString text = arguments.word(QStringLiteral("TEXT"));
-        arguments.requireEnd();
+        if (where != u"shown" && where != u"printed") {
+            throw ScriptError(QStringLiteral("one expects no shown or no printed, not \"%1\"").arg(where));
+        }
+        const QString text = textOf(arguments);
         if ((where == u"shown" ? parts.screen.shown() : parts.screen.printed()).join(u'\n').contains(text)) {
             throw ScriptError(QStringLiteral("\"%1\" was %2").arg(text, where));
         }
@@ -114,8 +128,7 @@ void Player::expectSum(const QString& name, double actual, Arguments& arguments)
 
 void Player::expectText(const QString& where, const QStringList& texts, Arguments& arguments) const
 {
-    const QString text = arguments.word(QStringLiteral("TEXT"));
-    arguments.requireEnd();
+    const QString text = textOf(arguments);
     if (!texts.join(u'\n').contains(text)) {
         throw ScriptError(QStringLiteral("\"%1\" was not %2; that was: \"%3\"").arg(text, where, texts.join(u" / ")));
     }
@@ -126,9 +139,15 @@ void Player::expectQueue(Arguments& arguments) const
     const int expected = arguments.number(QStringLiteral("COUNT"));
     const QString state = arguments.isEmpty() ? QString() : arguments.word(QStringLiteral("STATE"));
     arguments.requireEnd();
+    using enum store::RecordState;
+    if (!state.isNull() && std::ranges::none_of(std::array { pending, held, refused, damaged }, [&](auto known) {
+            return stateName(known) == state;
+        })) {
+        throw ScriptError(QStringLiteral("a message is pending, held, refused or damaged, not \"%1\"").arg(state));
+    }
     const QList<store::QueueRecord> records = store::queueRecords();
     const auto count = std::ranges::count_if(records, [&state](const store::QueueRecord& record) {
-        return state.isEmpty() || stateName(record.state) == state;
+        return state.isNull() || stateName(record.state) == state;
     });
     if (count != expected) {
         throw ScriptError(QStringLiteral("the queue holds %1, not %2").arg(count).arg(expected));

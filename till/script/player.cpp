@@ -1,8 +1,12 @@
 #include "till/script/player.h"
 
+#include "host/facilities/finally.h"
 #include "till/desk/desk_error.h"
 #include "till/exchange_events.h"
 #include "till/script/arguments.h"
+
+#include <algorithm>
+#include <utility>
 
 namespace till {
 
@@ -143,16 +147,15 @@ void Player::play(const ScriptLine& line)
     if (name != u"say") {
         parts.screen.write(QStringLiteral("> ") + line.text);
     }
-    lastResult = true;
+    lastResult = false; // also when the store fails
+    const Finally answered([this] { parts.screen.dropAnswers(); });
     try {
         lastResult = (this->*(verb->handler))(arguments);
     } catch (const DeskError& error) {
-        lastResult = false;
         refusal = error.text();
     } catch (const ScriptError& error) {
         throw ScriptError(QStringLiteral("%1 (usage: %2)").arg(error.text(), verb->usage));
     }
-    parts.screen.dropAnswers();
     constexpr std::chrono::seconds pause(10); // a person takes as long from one step to the next
     parts.checkout.idle(pause);
 }

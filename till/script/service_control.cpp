@@ -3,10 +3,13 @@
 #include "till/script/script_line.h"
 
 #include <QJsonArray>
-#include <QJsonObject>
+#include <QJsonDocument>
+#include <QMap>
+#include <QSet>
 
 #include <curl/curl.h>
 
+#include <algorithm>
 #include <memory>
 
 namespace till {
@@ -83,6 +86,19 @@ namespace {
         return cheque[QStringLiteral("type")].toString() + u' ' + cheque[QStringLiteral("status")].toString();
     }
 
+    [[nodiscard]] QList<ServiceCheque> chequesOf(const QJsonObject& books)
+    {
+        QList<ServiceCheque> cheques;
+        for (const QJsonValue& value : books[QStringLiteral("cheques")].toArray()) {
+            const QJsonObject cheque = value.toObject();
+            // Below zero are points that a return has given back: nothing that paid for anything.
+            const Kopecks points = std::max<Kopecks>(0, sumOf(cheque, QStringLiteral("spent")));
+            cheques.append({ cheque[QStringLiteral("uid")].toString(), kindOf(cheque),
+                             sumOf(cheque, QStringLiteral("amount")), points });
+        }
+        return cheques;
+    }
+
 } // namespace
 
 ServiceControl::ServiceControl(const QList<ControlledServer>& controlled)
@@ -147,28 +163,65 @@ void ServiceControl::clearFaults(const ControlledServer& server) const
     static_cast<void>(call(server.control, "DELETE", QStringLiteral("/faults")));
 }
 
-QJsonDocument ServiceControl::books() const
+QJsonObject ServiceControl::books() const
 {
-    return call(server(std::nullopt).control, "GET", QStringLiteral("/books"));
+    return call(server(std::nullopt).control, "GET", QStringLiteral("/books")).object();
+}
+
+QList<QJsonObject> ServiceControl::allBooks() const
+{
+    QList<QJsonObject> all;
+    QSet<QString> seen;
+    for (const ControlledServer& server : servers) {
+        const QJsonObject books = call(server.control, "GET", QStringLiteral("/books")).object();
+        const QString state = books[QStringLiteral("state")].toString();
+        if (!seen.contains(state)) {
+            seen.insert(state);
+            all.append(books);
+        }
+    }
+    return all;
 }
 
 QList<ServiceCheque> ServiceControl::cheques() const
 {
-    const QJsonArray list = books().object()[QStringLiteral("cheques")].toArray();
-    QList<ServiceCheque> cheques;
-    for (const QJsonValue& entry : list) {
-        const QJsonObject cheque = entry.toObject();
-        // Below zero are points that a return has given back: nothing that paid for anything.
-        const Kopecks points = std::max<Kopecks>(0, sumOf(cheque, QStringLiteral("spent")));
-        cheques.append({ cheque[QStringLiteral("uid")].toString(), kindOf(cheque),
-                         sumOf(cheque, QStringLiteral("amount")), points });
+    return chequesOf(books());
+}
+
+QList<ServiceCheque> ServiceControl::allCheques() const
+{
+    QList<ServiceCheque> all;
+    for (const QJsonObject& books : allBooks()) {
+        all.append(chequesOf(books));
     }
-    return cheques;
+    return all;
+}
+
+QList<ServiceSpending> ServiceControl::spendings() const
+{
+    // The entries that concern a spending; those of earning and of goods that came back are another matter.
+    static const QSet<QString> kinds { QStringLiteral("subtract"), QStringLiteral("cancel"), QStringLiteral("settle"),
+                                       QStringLiteral("give-back") };
+    QMap<std::pair<QString, QString>, Kopecks> spent;
+    for (const QJsonObject& books : allBooks()) {
+        for (const QJsonValue& value : books[QStringLiteral("entries")].toArray()) {
+            const QJsonObject entry = value.toObject();
+            if (kinds.contains(entry[QStringLiteral("kind")].toString())) {
+                spent[{ entry[QStringLiteral("card")].toString(), entry[QStringLiteral("uid")].toString() }]
+                    -= sumOf(entry, QStringLiteral("points")); // what leaves a card stands there below zero
+            }
+        }
+    }
+    QList<ServiceSpending> spendings;
+    for (auto it = spent.cbegin(); it != spent.cend(); ++it) {
+        spendings.append({ it.key().first, it.key().second, *it });
+    }
+    return spendings;
 }
 
 Kopecks ServiceControl::balance(const QString& card) const
 {
-    const QJsonArray list = books().object()[QStringLiteral("cards")].toArray();
+    const QJsonArray list = books()[QStringLiteral("cards")].toArray();
     for (const QJsonValue& entry : list) {
         if (entry.toObject()[QStringLiteral("number")].toString() == card) {
             return sumOf(entry.toObject(), QStringLiteral("balance"));

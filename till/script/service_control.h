@@ -3,7 +3,7 @@
 #include "host/export.h"
 #include "till/money/kopecks.h"
 
-#include <QJsonDocument>
+#include <QJsonObject>
 #include <QList>
 #include <QString>
 #include <QUrl>
@@ -27,6 +27,13 @@ struct ServiceCheque {
     Kopecks points = 0; // that paid for it
 };
 
+/// What a card has spent on a cheque and not got back, as the service has it. A plain value.
+struct ServiceSpending {
+    QString card;
+    QString uid;
+    Kopecks points = 0;
+};
+
 /// The control address of a sandbox service: its faults and its books. Throws `ScriptError` when a server does not
 /// answer as it should. [cheque-thread] [blocks: some seconds at the longest]
 class VANTIRO_HOST_API ServiceControl {
@@ -46,13 +53,18 @@ public:
                   std::optional<int> times, const QString& argument) const;
     void clearFaults(const ControlledServer& server) const;
 
-    /// What the service has booked; all servers are ends of the same one.
+    /// What the first server's service has booked.
     [[nodiscard]] QList<ServiceCheque> cheques() const;
+    /// What the services of all servers have booked. Servers that are ends of the same service count as one.
+    [[nodiscard]] QList<ServiceCheque> allCheques() const;
+    [[nodiscard]] QList<ServiceSpending> spendings() const;
     /// The points on a card, in hundredths.
     [[nodiscard]] Kopecks balance(const QString& card) const;
 
 private:
-    [[nodiscard]] QJsonDocument books() const;
+    [[nodiscard]] QJsonObject books() const;
+    /// The books of each service, once.
+    [[nodiscard]] QList<QJsonObject> allBooks() const;
 
     QList<ControlledServer> servers;
 };

@@ -66,14 +66,19 @@ namespace {
         return records.isEmpty() ? std::nullopt : std::optional(records.constFirst());
     }
 
-    void update(qint64 id, RecordState state, int attempts, const QString& reason, const QDateTime& notBefore)
+    /// A null text would be bound as NULL.
+    [[nodiscard]] QString bound(const QString& text)
+    {
+        return text.isNull() ? QStringLiteral("") : text;
+    }
+
+    void update(qint64 id, RecordState state, int attempts, const QString& reason)
     {
         QSqlQuery query
-            = prepare(QStringLiteral("UPDATE queue SET state = ?, attempts = ?, reason = ?, not_before = ? WHERE id = ?"));
+            = prepare(QStringLiteral("UPDATE queue SET state = ?, attempts = ?, reason = ?, not_before = '' WHERE id = ?"));
         query.addBindValue(nameOf(state));
         query.addBindValue(attempts);
-        query.addBindValue(reason.isNull() ? QStringLiteral("") : reason);
-        query.addBindValue(notBefore.isValid() ? notBefore.toUTC().toString(Qt::ISODateWithMs) : QStringLiteral(""));
+        query.addBindValue(bound(reason));
         query.addBindValue(id);
         execute(query);
     }
@@ -109,17 +114,22 @@ void removeDelivered(qint64 id)
 
 void postpone(qint64 id, int attempts, const QString& reason, const QDateTime& notBefore)
 {
-    update(id, RecordState::pending, attempts, reason, notBefore);
+    QSqlQuery query = prepare(QStringLiteral("UPDATE queue SET attempts = ?, reason = ?, not_before = ? WHERE id = ?"));
+    query.addBindValue(attempts);
+    query.addBindValue(bound(reason));
+    query.addBindValue(notBefore.isValid() ? notBefore.toUTC().toString(Qt::ISODateWithMs) : QStringLiteral(""));
+    query.addBindValue(id);
+    execute(query);
 }
 
 void setAside(qint64 id, RecordState state, int attempts, const QString& reason)
 {
-    update(id, state, attempts, reason, QDateTime());
+    update(id, state, attempts, reason);
 }
 
 void release(qint64 id)
 {
-    update(id, RecordState::pending, 0, QString(), QDateTime());
+    update(id, RecordState::pending, 0, QString());
 }
 
 } // namespace till::store

@@ -40,7 +40,8 @@ struct QueueRecord {
 
 /// It has been answered: it leaves the queue, and its bytes the file.
 VANTIRO_HOST_API void removeDelivered(qint64 id);
-/// It stays where it is, to be tried again at that time.
+/// It stays where it is and in the state that it is in, also one that a person has given it meanwhile. A pending one is
+/// to be tried again at that time.
 VANTIRO_HOST_API void postpone(qint64 id, int attempts, const QString& reason, const QDateTime& notBefore);
 /// It steps aside, so that it blocks nobody.
 VANTIRO_HOST_API void setAside(qint64 id, RecordState state, int attempts, const QString& reason);

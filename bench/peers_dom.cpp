@@ -1,0 +1,95 @@
+#include "bench/peers.h"
+
+#include "bench/plain_tree.h"
+
+#include <QDomDocument>
+
+#include <memory>
+#include <stdexcept>
+
+namespace {
+
+const QString declaration = QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>");
+
+void build(QDomDocument& document, const PlainTree& tree)
+{
+    QDomElement parent;
+    int depth = 0;
+    auto attribute = tree.attributes.cbegin();
+    for (const PlainElement& plain : tree.elements) {
+        for (; depth > plain.depth; --depth) {
+            parent = parent.parentNode().toElement();
+        }
+        QDomElement element = document.createElement(plain.name);
+        for (int i = 0; i < plain.attributeCount; ++i, ++attribute) {
+            element.setAttribute(attribute->name, attribute->value());
+        }
+        if (parent.isNull()) {
+            document.appendChild(element);
+        } else {
+            parent.appendChild(element);
+        }
+        parent = element;
+        ++depth;
+    }
+}
+
+QString bareDom(const PlainTree& tree)
+{
+    QDomDocument document;
+    build(document, tree);
+    return declaration + document.toString(1);
+}
+
+QString bareDomCopied(const PlainTree& tree)
+{
+    QDomDocument source;
+    build(source, tree);
+    QDomDocument document;
+    document.appendChild(document.importNode(source.documentElement(), true));
+    source.clear();
+    return declaration + document.toString(1);
+}
+
+[[nodiscard]] std::shared_ptr<const PlainTree> parsedTree(const QString& text)
+{
+    QDomDocument document;
+    if (!document.setContent(text)) {
+        throw std::runtime_error("a cheque cannot be read back");
+    }
+    return std::make_shared<const PlainTree>(document.documentElement());
+}
+
+[[nodiscard]] ChequeForm peerOf(const ChequeForm& form, const char* name, QString (*write)(const PlainTree&))
+{
+    return { form.name + ':' + name, [form, write](const LongCheque& cheque) -> TextMaker {
+                const std::shared_ptr<const PlainTree> tree = parsedTree(form.prepare(cheque)());
+                if (!parsedTree(write(*tree))->isSame(*tree)) {
+                    throw std::runtime_error("a peer writes another tree");
+                }
+                return [tree, write] { return write(*tree); };
+            } };
+}
+
+[[nodiscard]] std::vector<ChequeForm> makeDomPeers()
+{
+    std::vector<ChequeForm> peers;
+    for (const ChequeForm& form : chequeForms()) {
+        if (form.name == "accrual_request") {
+            continue; // the cheque is a text in it, and all the rest of it a few lines
+        }
+        peers.push_back(peerOf(form, "bare_dom", bareDom));
+        if (form.name == "accrual") {
+            peers.push_back(peerOf(form, "bare_dom_copied", bareDomCopied));
+        }
+    }
+    return peers;
+}
+
+} // namespace
+
+const std::vector<ChequeForm>& domPeers()
+{
+    static const std::vector<ChequeForm> peers = makeDomPeers();
+    return peers;
+}

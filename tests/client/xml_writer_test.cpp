@@ -1,0 +1,437 @@
+#include "client/xml_writer.h"
+
+#include "client/outside_xml.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <iostream>
+#include <memory>
+#include <ostream>
+#include <random>
+
+using vantiro::readOutsideXml;
+using vantiro::writeXml;
+using vantiro::XmlReading;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Fills the empty element `r`, which is the only child of the document.
+using Fill = std::function<void(QDomDocument& document, QDomElement& r)>;
+
+struct Written {
+    const char* rule;
+    Fill fill;
+    const char* expected;
+};
+
+void PrintTo(const Written& row, std::ostream* out)
+{
+    *out << row.expected;
+}
+
+QDomDocument filled(const Fill& fill)
+{
+    QDomDocument document;
+    QDomElement root = document.createElement(u"r"_s);
+    document.appendChild(root);
+    fill(document, root);
+    return document;
+}
+
+/// A node put before the root.
+void prepend(QDomDocument& document, const QDomNode& node)
+{
+    document.insertBefore(node, document.firstChild());
+}
+
+int warnings = 0;
+
+/// Counts what is logged while it lives, and keeps it off the terminal.
+class CountedWarnings {
+public:
+    CountedWarnings()
+    {
+        warnings = 0;
+        before = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) { ++warnings; });
+    }
+
+    ~CountedWarnings()
+    {
+        qInstallMessageHandler(before);
+    }
+
+    CountedWarnings(const CountedWarnings&) = delete;
+    CountedWarnings& operator=(const CountedWarnings&) = delete;
+
+private:
+    QtMessageHandler before = nullptr;
+};
+
+class WriteXml : public testing::TestWithParam<Written> { };
+
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Elements, WriteXml,
+    testing::Values(
+        Written { "EmptyElementIsOneTag", [](QDomDocument&, QDomElement&) {}, "<r/>\n" },
+        Written { "ChildStandsOneBlankDeeper",
+                  [](QDomDocument& d, QDomElement& r) {
+                      QDomElement child = d.createElement(u"a"_s);
+                      child.appendChild(d.createElement(u"b"_s));
+                      r.appendChild(child);
+                      r.appendChild(d.createElement(u"c"_s));
+                  },
+                  "<r>\n <a>\n  <b/>\n </a>\n <c/>\n</r>\n" },
+        Written { "NameKeepsItsPrefix",
+                  [](QDomDocument& d, QDomElement& r) {
+                      QDomElement child = d.createElement(u"tem:cheque"_s);
+                      child.setAttribute(u"xmlns:tem"_s, u"http://tempuri.org/"_s);
+                      r.appendChild(child);
+                  },
+                  "<r>\n <tem:cheque xmlns:tem=\"http://tempuri.org/\"/>\n</r>\n" },
+        Written { "ElementWithAttributesAndChildren",
+                  [](QDomDocument& d, QDomElement& r) {
+                      r.setAttribute(u"k"_s, u"v"_s);
+                      r.appendChild(d.createElement(u"a"_s));
+                  },
+                  "<r k=\"v\">\n <a/>\n</r>\n" },
+        Written { "AttributeWithoutValueIsEmpty",
+                  [](QDomDocument&, QDomElement& r) { r.setAttribute(u"k"_s, QString()); }, "<r k=\"\"/>\n" }),
+    [](const auto& row) { return std::string(row.param.rule); });
+
+INSTANTIATE_TEST_SUITE_P(
+    Escapes, WriteXml,
+    testing::Values(
+        Written { "TextEscapesMarkupAlone",
+                  [](QDomDocument& d, QDomElement& r) { r.appendChild(d.createTextNode(u"<b> & \"q\" 'z'"_s)); },
+                  "<r>&lt;b> &amp; \"q\" 'z'</r>\n" },
+        Written { "AttributeEscapesItsQuotesToo",
+                  [](QDomDocument&, QDomElement& r) { r.setAttribute(u"k"_s, u"<b> & \"q\" 'z'"_s); },
+                  "<r k=\"&lt;b> &amp; &quot;q&quot; 'z'\"/>\n" },
+        Written { "TextEscapesReturnAlone",
+                  [](QDomDocument& d, QDomElement& r) { r.appendChild(d.createTextNode(u"a\r\n\tb"_s)); },
+                  "<r>a&#xd;\n\tb</r>\n" },
+        Written { "AttributeEscapesWhiteSpaceThatParsersTurnIntoBlanks",
+                  [](QDomDocument&, QDomElement& r) { r.setAttribute(u"k"_s, u" a\r\n\tb "_s); },
+                  "<r k=\" a&#xd;&#xa;&#x9;b \"/>\n" },
+        Written { "TextEscapesTheEndOfASection",
+                  [](QDomDocument& d, QDomElement& r) { r.appendChild(d.createTextNode(u"]]> ]> > ]]]> ]]>>"_s)); },
+                  "<r>]]&gt; ]> > ]]]&gt; ]]&gt;></r>\n" },
+        Written { "AttributeEscapesTheEndOfASection",
+                  [](QDomDocument&, QDomElement& r) { r.setAttribute(u"k"_s, u"]]>]>"_s); },
+                  "<r k=\"]]&gt;]>\"/>\n" },
+        Written { "SectionEndOverTwoTextsIsNone",
+                  [](QDomDocument& d, QDomElement& r) {
+                      r.appendChild(d.createTextNode(u"]]"_s));
+                      r.appendChild(d.createTextNode(u">"_s));
+                  },
+                  "<r>]]></r>\n" },
+        Written { "EscapesAreEscapedAgain",
+                  [](QDomDocument& d, QDomElement& r) { r.appendChild(d.createTextNode(u"&lt;&amp;&#xd;"_s)); },
+                  "<r>&amp;lt;&amp;amp;&amp;#xd;</r>\n" },
+        Written { "OtherLettersStay",
+                  [](QDomDocument& d, QDomElement& r) {
+                      r.setAttribute(u"k"_s, u"Сыр \U0001F9C0"_s);
+                      r.appendChild(d.createTextNode(u"«\u00A0é» \U0001F600\u0001"_s));
+                  },
+                  "<r k=\"Сыр \U0001F9C0\">«\u00A0é» \U0001F600\u0001</r>\n" }),
+    [](const auto& row) { return std::string(row.param.rule); });
+
+INSTANTIATE_TEST_SUITE_P(
+    Lines, WriteXml,
+    testing::Values(
+        Written { "TextStaysOnTheLineOfItsParent",
+                  [](QDomDocument& d, QDomElement& r) { r.appendChild(d.createTextNode(u"t"_s)); }, "<r>t</r>\n" },
+        Written { "EmptyTextKeepsBothTags",
+                  [](QDomDocument& d, QDomElement& r) { r.appendChild(d.createTextNode(QString())); }, "<r></r>\n" },
+        Written { "SectionIsNotEscapedAndStaysOnTheLine",
+                  [](QDomDocument& d, QDomElement& r) { r.appendChild(d.createCDATASection(u"a]]&<\"\r\n>"_s)); },
+                  "<r><![CDATA[a]]&<\"\r\n>]]></r>\n" },
+        Written { "ElementBehindTextIsNotIndented",
+                  [](QDomDocument& d, QDomElement& r) {
+                      r.appendChild(d.createTextNode(u"t"_s));
+                      r.appendChild(d.createElement(u"a"_s));
+                      r.appendChild(d.createElement(u"b"_s));
+                  },
+                  "<r>t<a/>\n <b/>\n</r>\n" },
+        Written { "ElementBeforeTextEndsNoLine",
+                  [](QDomDocument& d, QDomElement& r) {
+                      r.appendChild(d.createElement(u"a"_s));
+                      r.appendChild(d.createElement(u"b"_s));
+                      r.appendChild(d.createCDATASection(u"t"_s));
+                  },
+                  "<r>\n <a/>\n <b/><![CDATA[t]]></r>\n" },
+        Written { "ParentOfTextBehindTextIsNotIndented",
+                  [](QDomDocument& d, QDomElement& r) {
+                      QDomElement child = d.createElement(u"a"_s);
+                      child.appendChild(d.createElement(u"b"_s));
+                      r.appendChild(d.createTextNode(u"t"_s));
+                      r.appendChild(child);
+                      r.appendChild(d.createTextNode(u"u"_s));
+                  },
+                  "<r>t<a>\n  <b/>\n </a>u</r>\n" }),
+    [](const auto& row) { return std::string(row.param.rule); });
+
+INSTANTIATE_TEST_SUITE_P(
+    OtherNodes, WriteXml,
+    testing::Values(
+        Written { "CommentHasALineOfItsOwn",
+                  [](QDomDocument& d, QDomElement& r) {
+                      r.appendChild(d.createComment(u" a & <b> "_s));
+                      r.appendChild(d.createElement(u"a"_s));
+                  },
+                  "<r>\n <!-- a & <b> -->\n <a/>\n</r>\n" },
+        Written { "CommentBesideTextStaysOnItsLine",
+                  [](QDomDocument& d, QDomElement& r) {
+                      r.appendChild(d.createComment(u"a"_s));
+                      r.appendChild(d.createTextNode(u"t"_s));
+                      r.appendChild(d.createComment(u"b"_s));
+                  },
+                  "<r>\n <!--a-->t<!--b-->\n</r>\n" },
+        Written { "CommentDoesNotEndInThreeHyphens",
+                  [](QDomDocument& d, QDomElement& r) { r.appendChild(d.createComment(u"a-"_s)); },
+                  "<r>\n <!--a- -->\n</r>\n" },
+        Written { "InstructionIsNeverIndentedAndEndsItsLine",
+                  [](QDomDocument& d, QDomElement& r) {
+                      r.appendChild(d.createElement(u"a"_s));
+                      r.appendChild(d.createProcessingInstruction(u"p"_s, u"x=\"<&\""_s));
+                      r.appendChild(d.createTextNode(u"t"_s));
+                      r.appendChild(d.createProcessingInstruction(u"q"_s, QString()));
+                  },
+                  "<r>\n <a/>\n<?p x=\"<&\"?>\nt<?q ?>\n</r>\n" },
+        Written { "CommentsStandBesideTheRoot",
+                  [](QDomDocument& d, QDomElement&) {
+                      prepend(d, d.createComment(u"a"_s));
+                      d.appendChild(d.createComment(u"b"_s));
+                  },
+                  "<!--a-->\n<r/>\n<!--b-->\n" },
+        Written { "DeclarationStaysAsItIs",
+                  [](QDomDocument& d, QDomElement&) {
+                      prepend(d, d.createProcessingInstruction(u"xml"_s, u"version='1.0' encoding=\"UTF-8\""_s));
+                  },
+                  "<?xml version='1.0' encoding=\"UTF-8\"?>\n<r/>\n" },
+        Written { "DeclaredEncodingChangesNoLetter",
+                  [](QDomDocument& d, QDomElement& r) {
+                      prepend(d, d.createProcessingInstruction(u"xml"_s, u"version='1.0' encoding='ISO-8859-1'"_s));
+                      r.appendChild(d.createTextNode(u"Сыр"_s));
+                  },
+                  "<?xml version='1.0' encoding='ISO-8859-1'?>\n<r>Сыр</r>\n" }),
+    [](const auto& row) { return std::string(row.param.rule); });
+
+TEST_P(WriteXml, GivesTheText)
+{
+    const QDomDocument document = filled(GetParam().fill);
+
+    EXPECT_EQ(writeXml(document).toStdString(), GetParam().expected);
+    EXPECT_EQ(document.toString(1).toStdString(), GetParam().expected);
+}
+
+TEST(WriteXmlOfNothing, IsTheNullText)
+{
+    EXPECT_TRUE(writeXml(QDomDocument()).isNull());
+}
+
+TEST(WriteXmlDeclaration, OfAnUnknownEncodingIsWrittenInSilence)
+{
+    const QDomDocument document = filled([](QDomDocument& d, QDomElement&) {
+        prepend(d, d.createProcessingInstruction(u"xml"_s, u"version='1.0' encoding='x-own'"_s));
+    });
+    const CountedWarnings counted;
+
+    EXPECT_EQ(writeXml(document).toStdString(), "<?xml version='1.0' encoding='x-own'?>\n<r/>\n");
+    EXPECT_EQ(warnings, 0);
+    EXPECT_EQ(document.toString(1).toStdString(), writeXml(document).toStdString());
+    EXPECT_EQ(warnings, 1); // so a warning would have been seen
+}
+
+TEST(WriteXmlDepth, IsNotForTheStackToDecide)
+{
+    constexpr int depth = 3000;
+    QDomDocument document;
+    QDomNode parent = document.appendChild(document.createElement(u"e"_s));
+    if (parent.isNull()) { // the very first child of a document without data
+        parent = document.documentElement();
+    }
+    std::string opened = "<e>\n";
+    std::string closed = "</e>\n";
+    for (int level = 1; level < depth; ++level) {
+        parent = parent.appendChild(document.createElement(u"e"_s));
+        const std::string blanks(static_cast<size_t>(level), ' ');
+        const bool isLast = level + 1 == depth;
+        opened += blanks + (isLast ? "<e/>\n" : "<e>\n");
+        closed = (isLast ? std::string() : blanks + "</e>\n") + closed;
+    }
+
+    QString text;
+    const std::unique_ptr<QThread> thread(QThread::create([&] { text = writeXml(document); }));
+    thread->setStackSize(256 * 1024); // toString needs some 6 MiB
+    thread->start();
+    thread->wait();
+
+    EXPECT_TRUE(text.toStdString() == opened + closed);
+}
+
+TEST(WriteXmlTime, GrowsWithTheEscapesAndNotWithTheirSquare)
+{
+    constexpr qsizetype mebibyte = 1024 * 1024;
+    constexpr int longest = 10'000; // ms; a square would take minutes, and the sanitizers do not take seconds
+    const QDomDocument document = filled([](QDomDocument& d, QDomElement& r) {
+        r.setAttribute(u"k"_s, QString(4 * mebibyte, u'\n'));
+        r.appendChild(d.createTextNode(QString(4 * mebibyte, u'<')));
+    });
+    QElapsedTimer timer;
+    timer.start();
+
+    const QString text = writeXml(document);
+
+    EXPECT_LT(timer.elapsed(), longest);
+    EXPECT_EQ(text.size(), u"<r k=\"\"></r>\n"_s.size() + 4 * mebibyte * (5 + 4));
+    EXPECT_EQ(text.count(u"&#xa;"_s), 4 * mebibyte);
+    EXPECT_EQ(text.count(u"&lt;"_s), 4 * mebibyte);
+}
+
+namespace {
+
+constexpr unsigned seed = 20240311;
+constexpr int trees = 3000;
+
+/// Trees of all nodes and texts that a request or a reply can hold, in any mixture.
+class TreeGenerator {
+public:
+    explicit TreeGenerator(unsigned start)
+        : numbers(start)
+    {
+    }
+
+    [[nodiscard]] QDomDocument next()
+    {
+        QDomDocument document;
+        if (below(3) == 0) {
+            document.appendChild(document.createProcessingInstruction(u"xml"_s, oneOf(declarations)));
+        }
+        appendAside(document, document);
+        QDomElement root = document.createElement(oneOf(names));
+        document.appendChild(root);
+        nodesLeft = below(60);
+        fill(document, root, 0);
+        appendAside(document, document);
+        return document;
+    }
+
+private:
+    [[nodiscard]] int below(int count)
+    {
+        return std::uniform_int_distribution<int>(0, count - 1)(numbers);
+    }
+
+    [[nodiscard]] QString oneOf(const QStringList& list)
+    {
+        return list.at(below(static_cast<int>(list.size())));
+    }
+
+    [[nodiscard]] QString text()
+    {
+        QString result;
+        for (int count = below(8); count > 0; --count) {
+            result += oneOf(pieces);
+        }
+        return result;
+    }
+
+    /// What may stand outside of the root, too.
+    void appendAside(QDomDocument& document, QDomNode& parent)
+    {
+        for (int count = below(3); count > 0; --count) {
+            if (below(2) == 0) {
+                parent.appendChild(document.createComment(text().remove(u"--"_s)));
+            } else {
+                parent.appendChild(document.createProcessingInstruction(oneOf(names), text().remove(u"?>"_s)));
+            }
+        }
+    }
+
+    void fill(QDomDocument& document, QDomElement& element, int depth)
+    {
+        for (int count = below(3) == 0 ? below(64) : below(6); count > 0; --count) {
+            element.setAttribute(below(2) == 0 ? oneOf(names) : u"k%1"_s.arg(below(100)), text());
+        }
+        for (int count = below(6); count > 0 && nodesLeft > 0; --count, --nodesLeft) {
+            switch (below(8)) {
+            case 0:
+            case 1:
+                element.appendChild(document.createTextNode(text()));
+                break;
+            case 2:
+                element.appendChild(document.createCDATASection(text().remove(u"]]>"_s)));
+                break;
+            case 3:
+                appendAside(document, element);
+                break;
+            default: {
+                QDomElement child = document.createElement(oneOf(names));
+                element.appendChild(child);
+                if (depth < 40) {
+                    fill(document, child, depth + 1);
+                }
+            }
+            }
+        }
+    }
+
+    const QStringList names { u"Cheque"_s, u"tem:cheque"_s, u"s:Fault"_s, u"x-y.z"_s, u"Скидка"_s, u"a"_s };
+    const QStringList pieces { u"<"_s,  u">"_s,       u"&"_s,    u"\""_s, u"'"_s,  u"]"_s,          u"]]>"_s,
+                               u"\r"_s, u"\n"_s,      u"\t"_s,   u" "_s,  u"-"_s,  u"\U0001F600"_s, u"&amp;"_s,
+                               u"%1"_s, u"текст"_s,   u"text"_s, u"0"_s,  u"?>"_s, u"\u00A0"_s,     u"\u0001"_s,
+                               u"=\""_s, u"<!--"_s };
+    const QStringList declarations { u"version='1.0'"_s, u"version=\"1.0\" encoding=\"utf-8\""_s,
+                                     u"version='1.0' encoding='windows-1251'"_s,
+                                     u"version='1.0' encoding='UTF-16'"_s, u"version='1.0' encoding='unknown'"_s };
+    std::mt19937 numbers;
+    int nodesLeft = 0;
+};
+
+}
+
+TEST(WriteXmlOfGeneratedTrees, GivesWhatToStringGives)
+{
+    std::cout << "seed " << seed << ", " << trees << " trees\n";
+    const CountedWarnings counted; // those of toString about encodings
+    TreeGenerator generator(seed);
+    int readBack = 0;
+    for (int i = 0; i < trees; ++i) {
+        const QDomDocument document = generator.next();
+        const QString expected = document.toString(1);
+        ASSERT_EQ(writeXml(document).toStdString(), expected.toStdString()) << "tree " << i;
+
+        // The parser makes trees that no builder makes: texts in pieces, none of white space alone.
+        if (const XmlReading reading = readOutsideXml(expected); reading.ok) {
+            ASSERT_EQ(writeXml(reading.document).toStdString(), reading.document.toString(1).toStdString())
+                << "tree " << i << ", read back";
+            ++readBack;
+        }
+    }
+    EXPECT_GE(readBack, trees / 10);
+}
+
+TEST(WriteXmlOfGoldenCheques, GivesWhatToStringGives)
+{
+    const QDir folder(QFileInfo(QStringLiteral(__FILE__)).dir().filePath(u"../golden"_s));
+    const QStringList files = folder.entryList({ u"*.xml"_s });
+    ASSERT_GE(files.size(), 100);
+    for (const QString& name : files) {
+        QFile file(folder.filePath(name));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << name.toStdString();
+        const XmlReading reading = readOutsideXml(file.readAll());
+        ASSERT_TRUE(reading.ok) << name.toStdString() << ": " << reading.errorText.toStdString();
+
+        EXPECT_TRUE(writeXml(reading.document) == reading.document.toString(1)) << name.toStdString();
+    }
+}
