@@ -68,7 +68,7 @@ public:
 
     [[nodiscard]] QString take()
     {
-        text.truncate(end - text.constData());
+        text.truncate(end - begin);
         return std::move(text);
     }
 
@@ -82,15 +82,17 @@ private:
 
     void grow(qsizetype count)
     {
-        const qsizetype used = end - text.constData();
+        const qsizetype used = end - begin;
         text.resize(std::max(used + count, 2 * text.size()));
-        end = text.data() + used;
-        limit = text.data() + text.size();
+        begin = text.data();
+        end = begin + used;
+        limit = begin + text.size();
     }
 
     QString text; // its part behind `end` is not written yet
-    QChar* end = text.data();
-    QChar* limit = end;
+    QChar* begin = nullptr;
+    QChar* end = nullptr;
+    QChar* limit = nullptr;
 };
 
 /// Walks the tree without recursion: how deep it may be is not for the stack to decide.

@@ -112,7 +112,10 @@ using nlohmann::json;
 
 json booksJson(const Database& database)
 {
-    return { { "cheques", cheques(database) },
+    Statement state(database, "SELECT id FROM state");
+    static_cast<void>(state.step());
+    return { { "state", state.text(0) },
+             { "cheques", cheques(database) },
              { "entries", entries(database) },
              { "cards", cards(database) },
              { "totals", totals(database) } };

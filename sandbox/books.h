@@ -12,7 +12,7 @@ namespace sandbox {
 /// The state as JSON, for people and tests. Sums and points are texts with two decimals. The caller has the state
 /// alone.
 
-/// Cheques, spendings, cards and totals.
+/// The state's own name, which no other has; cheques, entries of points, cards and totals.
 [[nodiscard]] nlohmann::json booksJson(const Database& database);
 
 struct RequestFilter {

@@ -18,6 +18,12 @@ constexpr std::int64_t version = 1;
 // The balance of a card is its opening balance and the sum of its entries. It is stored nowhere else, so that there
 // is nothing that could disagree with the entries.
 constexpr const char* tables = R"(
+        -- Tells this state from all others: several programs may work on one.
+        CREATE TABLE state (
+            id TEXT PRIMARY KEY
+        ) WITHOUT ROWID;
+        INSERT INTO state VALUES (lower(hex(randomblob(16))));
+
         CREATE TABLE card (
             number TEXT PRIMARY KEY,
             opening INTEGER NOT NULL

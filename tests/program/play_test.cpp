@@ -1,5 +1,8 @@
 #include "tests/program/program_run.h"
 
+#include <QDir>
+#include <QFile>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -129,4 +132,23 @@ TEST(Queue, HoldReleaseAndExport)
     const ProgramRun sent = till.run({ "queue", "send" });
     EXPECT_EQ(sent.status, 1);
     EXPECT_THAT(sent.output, HasSubstr("delivered 0, stepped aside 0, left in the queue 1"));
+}
+
+// The story stops at the first thing that is not as it was told, and says where.
+TEST(Demo, BrokenChapterFails)
+{
+    const TillProgram till;
+    ASSERT_TRUE(QDir().mkpath(till.path("examples")));
+    ASSERT_TRUE(QFile::copy(QStringLiteral(VANTIRO_EXAMPLES "/rules.yaml"), till.path("examples/rules.yaml")));
+    QFile chapter(QStringLiteral(VANTIRO_EXAMPLES "/04-return.till"));
+    ASSERT_TRUE(chapter.open(QIODevice::ReadOnly));
+    QByteArray script = chapter.readAll();
+    ASSERT_EQ(script.count("expect discount 30.00"), 1);
+    till.write("examples/04-return.till", script.replace("expect discount 30.00", "expect discount 30.01"));
+
+    const ProgramRun run = runProgram(QStringLiteral(VANTIRO_TILL_PROGRAM),
+                                      { "demo", "--examples", till.path("examples"), "--output", till.path("demo") });
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.errors, HasSubstr("04-return.till:7: discount is 30.00, not 30.01"));
+    EXPECT_THAT(run.output, HasSubstr("The story has gone wrong"));
 }
