@@ -1,12 +1,12 @@
 #include "bench/peak_memory.h"
 
-#include <array>
-#include <fstream>
-
 #include <malloc.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <array>
+#include <fstream>
 
 namespace {
 

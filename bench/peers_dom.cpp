@@ -1,5 +1,4 @@
 #include "bench/peers.h"
-
 #include "bench/plain_tree.h"
 
 #include <QDomDocument>
@@ -51,13 +50,38 @@ QString bareDomCopied(const PlainTree& tree)
     return declaration + document.toString(1);
 }
 
-[[nodiscard]] std::shared_ptr<const PlainTree> parsedTree(const QString& text)
+QString requestWithBareDomCopied(const PlainTree& tree)
 {
     QDomDocument document;
+    QDomElement envelope = document.createElement(QStringLiteral("soapenv:Envelope"));
+    envelope.setAttribute(QStringLiteral("xmlns:soapenv"), QStringLiteral("http://schemas.xmlsoap.org/soap/envelope/"));
+    envelope.setAttribute(QStringLiteral("xmlns:tem"), QStringLiteral("http://tempuri.org/"));
+    document.appendChild(envelope);
+    QDomNode parent = envelope;
+    for (const char* tag : { "soapenv:Body", "tem:Accrual", "tem:cheque" }) {
+        parent = parent.appendChild(document.createElement(QLatin1String(tag)));
+    }
+    parent.appendChild(document.createCDATASection(bareDomCopied(tree)));
+    return document.toString(1);
+}
+
+[[nodiscard]] QDomElement parsed(QDomDocument& document, const QString& text)
+{
     if (!document.setContent(text)) {
         throw std::runtime_error("a cheque cannot be read back");
     }
-    return std::make_shared<const PlainTree>(document.documentElement());
+    return document.documentElement();
+}
+
+/// The cheque alone, of a request too.
+[[nodiscard]] std::shared_ptr<const PlainTree> parsedTree(const QString& text)
+{
+    QDomDocument document;
+    QDomElement root = parsed(document, text);
+    if (root.tagName() == QLatin1String("soapenv:Envelope")) {
+        root = parsed(document, root.text());
+    }
+    return std::make_shared<const PlainTree>(root);
 }
 
 [[nodiscard]] ChequeForm peerOf(const ChequeForm& form, const char* name, QString (*write)(const PlainTree&))
@@ -76,7 +100,8 @@ QString bareDomCopied(const PlainTree& tree)
     std::vector<ChequeForm> peers;
     for (const ChequeForm& form : chequeForms()) {
         if (form.name == "accrual_request") {
-            continue; // the cheque is a text in it, and all the rest of it a few lines
+            peers.push_back(peerOf(form, "bare_dom_copied", requestWithBareDomCopied));
+            continue;
         }
         peers.push_back(peerOf(form, "bare_dom", bareDom));
         if (form.name == "accrual") {

@@ -20,8 +20,7 @@ void visitElements(const QDomElement& element, int depth, const Visit& visit)
 {
     const qsizetype point = value.indexOf(u'.');
     const int decimals = point < 0 ? 0 : static_cast<int>(value.size() - point - 1);
-    const bool isNumber
-        = (decimals == 2 || decimals == 3) && QString::number(value.toDouble(), 'f', decimals) == value;
+    const bool isNumber = (decimals == 2 || decimals == 3) && QString::number(value.toDouble(), 'f', decimals) == value;
     return isNumber ? decimals : 0;
 }
 

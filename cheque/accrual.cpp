@@ -30,8 +30,8 @@ struct BonusSums {
     return sums;
 }
 
-/// A copy without the children, not yet appended. Taken over as a whole and then corrected, which costs half of setting
-/// each attribute.
+/// A copy without the children, not yet appended. Taken over as a whole and then corrected: that costs less than to walk
+/// the attributes and set each.
 [[nodiscard]] QDomElement copyOf(const QDomElement& source, QDomDocument& target)
 {
     return target.importNode(source, false).toElement();
@@ -40,8 +40,8 @@ struct BonusSums {
 /// A name that the source lacks is not added.
 void replaceAttribute(QDomElement& element, const QString& name, const QString& value)
 {
-    if (element.hasAttribute(name)) {
-        element.setAttribute(name, value);
+    if (QDomAttr attribute = element.attributeNode(name); !attribute.isNull()) {
+        attribute.setValue(value);
     }
 }
 

@@ -4,6 +4,7 @@
 #include <QDomNode>
 
 #include <algorithm>
+#include <utility>
 
 namespace vantiro {
 

@@ -105,13 +105,14 @@ private:
     }
 
     const QStringList names { u"Cheque"_s, u"tem:cheque"_s, u"s:Fault"_s, u"x-y.z"_s, u"Скидка"_s, u"a"_s };
-    const QStringList pieces { u"<"_s,  u">"_s,       u"&"_s,    u"\""_s, u"'"_s,  u"]"_s,          u"]]>"_s,
-                               u"\r"_s, u"\n"_s,      u"\t"_s,   u" "_s,  u"-"_s,  u"\U0001F600"_s, u"&amp;"_s,
-                               u"%1"_s, u"текст"_s,   u"text"_s, u"0"_s,  u"?>"_s, u"\u00A0"_s,     u"=\""_s,
-                               u"<!--"_s, u"\u0001"_s }; // the last one, which no parser reads, in half of the trees
+    const QStringList pieces {
+        u"<"_s,    u">"_s,  u"&"_s,  u"\""_s,     u"'"_s,          u"]"_s,     u"]]>"_s,   u"\r"_s,
+        u"\n"_s,   u"\t"_s, u" "_s,  u"-"_s,      u"\U0001F600"_s, u"&amp;"_s, u"%1"_s,    u"текст"_s,
+        u"text"_s, u"0"_s,  u"?>"_s, u"\u00A0"_s, u"=\""_s,        u"<!--"_s,  u"\u0001"_s
+    }; // the last one, which no parser reads, in half of the trees
     const QStringList declarations { u"version='1.0'"_s, u"version=\"1.0\" encoding=\"utf-8\""_s,
-                                     u"version='1.0' encoding='windows-1251'"_s,
-                                     u"version='1.0' encoding='UTF-16'"_s, u"version='1.0' encoding='unknown'"_s };
+                                     u"version='1.0' encoding='windows-1251'"_s, u"version='1.0' encoding='UTF-16'"_s,
+                                     u"version='1.0' encoding='unknown'"_s };
     std::mt19937 numbers;
     int nodesLeft = 0;
     int pieceCount = 1;

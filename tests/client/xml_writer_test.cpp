@@ -72,31 +72,31 @@ class WriteXml : public testing::TestWithParam<Written> { };
 
 INSTANTIATE_TEST_SUITE_P(
     Elements, WriteXml,
-    testing::Values(
-        Written { "EmptyElementIsOneTag", [](QDomDocument&, QDomElement&) {}, "<r/>\n" },
-        Written { "ChildStandsOneBlankDeeper",
-                  [](QDomDocument& d, QDomElement& r) {
-                      QDomElement child = d.createElement(u"a"_s);
-                      child.appendChild(d.createElement(u"b"_s));
-                      r.appendChild(child);
-                      r.appendChild(d.createElement(u"c"_s));
-                  },
-                  "<r>\n <a>\n  <b/>\n </a>\n <c/>\n</r>\n" },
-        Written { "NameKeepsItsPrefix",
-                  [](QDomDocument& d, QDomElement& r) {
-                      QDomElement child = d.createElement(u"tem:cheque"_s);
-                      child.setAttribute(u"xmlns:tem"_s, u"http://tempuri.org/"_s);
-                      r.appendChild(child);
-                  },
-                  "<r>\n <tem:cheque xmlns:tem=\"http://tempuri.org/\"/>\n</r>\n" },
-        Written { "ElementWithAttributesAndChildren",
-                  [](QDomDocument& d, QDomElement& r) {
-                      r.setAttribute(u"k"_s, u"v"_s);
-                      r.appendChild(d.createElement(u"a"_s));
-                  },
-                  "<r k=\"v\">\n <a/>\n</r>\n" },
-        Written { "AttributeWithoutValueIsEmpty",
-                  [](QDomDocument&, QDomElement& r) { r.setAttribute(u"k"_s, QString()); }, "<r k=\"\"/>\n" }),
+    testing::Values(Written { "EmptyElementIsOneTag", [](QDomDocument&, QDomElement&) {}, "<r/>\n" },
+                    Written { "ChildStandsOneBlankDeeper",
+                              [](QDomDocument& d, QDomElement& r) {
+                                  QDomElement child = d.createElement(u"a"_s);
+                                  child.appendChild(d.createElement(u"b"_s));
+                                  r.appendChild(child);
+                                  r.appendChild(d.createElement(u"c"_s));
+                              },
+                              "<r>\n <a>\n  <b/>\n </a>\n <c/>\n</r>\n" },
+                    Written { "NameKeepsItsPrefix",
+                              [](QDomDocument& d, QDomElement& r) {
+                                  QDomElement child = d.createElement(u"tem:cheque"_s);
+                                  child.setAttribute(u"xmlns:tem"_s, u"http://tempuri.org/"_s);
+                                  r.appendChild(child);
+                              },
+                              "<r>\n <tem:cheque xmlns:tem=\"http://tempuri.org/\"/>\n</r>\n" },
+                    Written { "ElementWithAttributesAndChildren",
+                              [](QDomDocument& d, QDomElement& r) {
+                                  r.setAttribute(u"k"_s, u"v"_s);
+                                  r.appendChild(d.createElement(u"a"_s));
+                              },
+                              "<r k=\"v\">\n <a/>\n</r>\n" },
+                    Written { "AttributeWithoutValueIsEmpty",
+                              [](QDomDocument&, QDomElement& r) { r.setAttribute(u"k"_s, QString()); },
+                              "<r k=\"\"/>\n" }),
     [](const auto& row) { return std::string(row.param.rule); });
 
 INSTANTIATE_TEST_SUITE_P(
@@ -118,8 +118,7 @@ INSTANTIATE_TEST_SUITE_P(
                   [](QDomDocument& d, QDomElement& r) { r.appendChild(d.createTextNode(u"]]> ]> > ]]]> ]]>>"_s)); },
                   "<r>]]&gt; ]> > ]]]&gt; ]]&gt;></r>\n" },
         Written { "AttributeEscapesTheEndOfASection",
-                  [](QDomDocument&, QDomElement& r) { r.setAttribute(u"k"_s, u"]]>]>"_s); },
-                  "<r k=\"]]&gt;]>\"/>\n" },
+                  [](QDomDocument&, QDomElement& r) { r.setAttribute(u"k"_s, u"]]>]>"_s); }, "<r k=\"]]&gt;]>\"/>\n" },
         Written { "SectionEndOverTwoTextsIsNone",
                   [](QDomDocument& d, QDomElement& r) {
                       r.appendChild(d.createTextNode(u"]]"_s));

@@ -12,6 +12,7 @@
 #include "till/framework/loyalty_registry.h"
 #include "till/money/kopecks.h"
 #include "till/store/document_states.h"
+#include "till/store/store.h"
 
 #include <algorithm>
 
@@ -64,6 +65,42 @@ namespace {
         return identity.isEmpty() ? nullptr : store::documentOf(identity);
     }
 
+    [[nodiscard]] QSharedPointer<AbstractDocument> returnOf(int saleNumber, std::optional<int> number)
+    {
+        const QSharedPointer<AbstractDocument> sale = find(saleNumber, DocumentState::closed, true);
+        if (!sale) {
+            throw DeskError(QStringLiteral("there is no closed sale %1").arg(saleNumber));
+        }
+        const auto source = QSharedPointer<SaleDocumentSource>::create();
+        source->chequeNumber = sale->getChequeNumber();
+        source->openTime = sale->getOpenTime();
+        source->closeTime = sale->getCloseTime();
+        source->pluginDataJson = sale->getPluginDataJson();
+
+        ChequeHead head = newHead(EDocumentType::returnBySale, number);
+        head.sourceDocumentId = sale->getDocumentIdentity();
+        const auto document = QSharedPointer<ReturnBySale>::create(source, head);
+        const auto cards = contentsOf(sale).attachedCards(); // the points go back to the card that they came from
+        for (auto card = cards.cbegin(); card != cards.cend(); ++card) {
+            document->setCard(card.key(), card->type, card->record);
+        }
+        return document;
+    }
+
+    [[nodiscard]] QSharedPointer<AbstractDocument> broughtBack(int number, std::optional<int> newNumber)
+    {
+        const QSharedPointer<AbstractDocument> document = find(number, DocumentState::aside, false);
+        if (!document) {
+            throw DeskError(QStringLiteral("no cheque %1 was set aside").arg(number));
+        }
+        ChequeHead& head = contentsOf(document).head;
+        const ChequeHead fresh = newHead(head.type, newNumber);
+        head.number = fresh.number;
+        head.shift = fresh.shift;
+        head.deferred = true;
+        return document;
+    }
+
 } // namespace
 
 Checkout::Checkout()
@@ -114,19 +151,27 @@ void Checkout::idle(std::chrono::milliseconds limit)
     static_cast<void>(tasks.waitForIdle(limit)); // the rest comes another time
 }
 
-void Checkout::open(const QSharedPointer<AbstractDocument>& document)
+void Checkout::open(const QString& step, const std::function<QSharedPointer<AbstractDocument>()>& make)
 {
     if (current) {
         throw DeskError(QStringLiteral("cheque %1 is still open").arg(current->getChequeNumber()));
     }
+    const QSharedPointer<AbstractDocument> document = notOpened && notOpenedStep == step ? notOpened : make();
+    if (!contentsOf(document).head.deferred) {
+        store::requireRoom(); // one that was set aside is not new
+    }
     idle(std::chrono::milliseconds(0));
+    notOpened = document;
+    notOpenedStep = step;
     store::saveAs(document, DocumentState::open);
+    notOpened.reset();
     current = document;
     changed = false;
     keepsDiscounts = false;
     committed.reset();
     announced = false;
     givenUp = false;
+    unsaved.clear();
     system.clearLastErrorString();
     setOpenDocument(current);
 }
@@ -135,38 +180,25 @@ void Checkout::end()
 {
     setOpenDocument(nullptr);
     current.reset();
+    unsaved.clear();
 }
 
 void Checkout::openSale(std::optional<int> number)
 {
-    open(QSharedPointer<Cheque>::create(newHead(EDocumentType::sale, number)));
+    open(QStringLiteral("sale %1").arg(number.value_or(0)),
+         [number] { return QSharedPointer<Cheque>::create(newHead(EDocumentType::sale, number)); });
 }
 
 void Checkout::openReturn(std::optional<int> number)
 {
-    open(QSharedPointer<Cheque>::create(newHead(EDocumentType::goodsReturn, number)));
+    open(QStringLiteral("return %1").arg(number.value_or(0)),
+         [number] { return QSharedPointer<Cheque>::create(newHead(EDocumentType::goodsReturn, number)); });
 }
 
 void Checkout::openReturnOf(int saleNumber, std::optional<int> number)
 {
-    const QSharedPointer<AbstractDocument> sale = find(saleNumber, DocumentState::closed, true);
-    if (!sale) {
-        throw DeskError(QStringLiteral("there is no closed sale %1").arg(saleNumber));
-    }
-    const auto source = QSharedPointer<SaleDocumentSource>::create();
-    source->chequeNumber = sale->getChequeNumber();
-    source->openTime = sale->getOpenTime();
-    source->closeTime = sale->getCloseTime();
-    source->pluginDataJson = sale->getPluginDataJson();
-
-    ChequeHead head = newHead(EDocumentType::returnBySale, number);
-    head.sourceDocumentId = sale->getDocumentIdentity();
-    const auto document = QSharedPointer<ReturnBySale>::create(source, head);
-    const auto cards = contentsOf(sale).attachedCards(); // the points go back to the card that they came from
-    for (auto card = cards.cbegin(); card != cards.cend(); ++card) {
-        document->setCard(card.key(), card->type, card->record);
-    }
-    open(document);
+    open(QStringLiteral("return %1 of %2").arg(number.value_or(0)).arg(saleNumber),
+         [saleNumber, number] { return returnOf(saleNumber, number); });
 }
 
 void Checkout::putOut()
@@ -182,19 +214,11 @@ void Checkout::putOut()
 
 void Checkout::reveal(int number, std::optional<int> newNumber)
 {
-    if (current) {
-        throw DeskError(QStringLiteral("cheque %1 is still open").arg(current->getChequeNumber()));
+    const QString step = revealStep + QString::number(number);
+    if (unsaved != step) {
+        open(step, [number, newNumber] { return broughtBack(number, newNumber); });
+        unsaved = step;
     }
-    const QSharedPointer<AbstractDocument> document = find(number, DocumentState::aside, false);
-    if (!document) {
-        throw DeskError(QStringLiteral("no cheque %1 was set aside").arg(number));
-    }
-    ChequeHead& head = contentsOf(document).head;
-    const ChequeHead fresh = newHead(head.type, newNumber);
-    head.number = fresh.number;
-    head.shift = fresh.shift;
-    head.deferred = true;
-    open(document);
     system.revealCheck();
     // By default the plug-in forgets the coupons of a cheque that was set aside.
     if (!Singleton<Config>::get()->getBool(QStringLiteral("Vantiro:restoreLoyaltyState"), false)

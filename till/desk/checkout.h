@@ -10,6 +10,7 @@
 #include <QString>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -23,7 +24,8 @@ class DeskListener;
 ///
 /// A step that cannot be done throws `DeskError` and changes nothing. A step of the loyalty system that fails is told to
 /// the cashier and returns false. A store that fails throws `BasicException`; the step can be repeated when it works
-/// again, and what the loyalty system has done meanwhile is on the document. [cheque-thread] [blocks: as the hooks do]
+/// again, and does nothing twice: what was added is off the document again, and what could not be undone, since the
+/// loyalty system has had its part in it, is only saved. [cheque-thread] [blocks: as the hooks do]
 class VANTIRO_HOST_API Checkout {
 public:
     /// Works with the loyalty system of the card mode 7, which must have announced itself. The store is open.
@@ -106,9 +108,12 @@ public:
 private:
     Q_DISABLE_COPY(Checkout)
 
-    void open(const QSharedPointer<AbstractDocument>& document);
+    /// Opens what `make` gives, or what it gave to the same step before, when that could not be saved.
+    void open(const QString& step, const std::function<QSharedPointer<AbstractDocument>()>& make);
     void end();
-    void save() const;
+    void save();
+    /// Takes the line that was added last off again when it cannot be saved.
+    void saveAdded(const Position& former);
     void requireGoingOn() const;
     void requireNoPayments() const;
     void requireSale() const;
@@ -138,6 +143,10 @@ private:
     std::optional<bool> committed; // what the hook has answered, once the close was told
     bool announced = false; // the end of the document has been, too
     bool givenUp = false; // the cancelling has begun
+    static inline const QString revealStep = QStringLiteral("reveal ");
+    QSharedPointer<AbstractDocument> notOpened; // what the store has failed on: it may be on disk all the same
+    QString notOpenedStep;
+    QString unsaved; // the step that has been done in part, with its argument, while the store has failed on it
 };
 
 } // namespace till

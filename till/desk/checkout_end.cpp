@@ -68,10 +68,10 @@ void Checkout::payCertificate(const QString& number, std::optional<double> amoun
 bool Checkout::close()
 {
     requireLines();
-    if (givenUp) {
+    ChequeHead& head = contents().head;
+    if (givenUp || !head.closeTime.isValid()) {
         requireGoingOn();
     }
-    ChequeHead& head = contents().head;
     if (!head.closeTime.isValid()) { // else it stands as `closing` on disk, and the time may have been told
         // On a return the money goes the other way.
         if (head.type == EDocumentType::sale && kopecks(due()) > 0) {

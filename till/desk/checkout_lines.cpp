@@ -1,10 +1,12 @@
 #include "till/desk/checkout.h"
 
+#include "host/facilities/exceptions.h"
 #include "host/framework/activity_notifier.h"
 #include "till/desk/cashier.h"
 #include "till/desk/desk_error.h"
 #include "till/document/coupon_record.h"
 #include "till/document/line.h"
+#include "till/document/plugin_values.h"
 #include "till/document/totals.h"
 #include "till/framework/action_dispatcher.h"
 #include "till/money/kopecks.h"
@@ -115,15 +117,19 @@ namespace {
 
 } // namespace
 
-void Checkout::save() const
+void Checkout::save()
 {
     store::saveAs(current, store::DocumentState::open);
+    unsaved.clear();
 }
 
 /// What the service may have been told of as closed or cancelled is not changed any more.
 void Checkout::requireGoingOn() const
 {
     const int number = document()->getChequeNumber();
+    if (unsaved.startsWith(revealStep)) {
+        throw DeskError(QStringLiteral("cheque %1 is being brought back: reveal it again").arg(number));
+    }
     if (givenUp) {
         throw DeskError(QStringLiteral("cheque %1 is being cancelled: cancel it again").arg(number));
     }
@@ -167,6 +173,22 @@ void Checkout::linesChanged()
     save();
 }
 
+void Checkout::saveAdded(const Position& former)
+{
+    const bool wasChanged = changed;
+    try {
+        linesChanged();
+    } catch (const BasicException&) {
+        contents().withdrawLine(); // it will be added again, and must not be paid for twice
+        if (former.state == Position::present) {
+            contents().selectPosition(former.number);
+        }
+        workOutLines(contents());
+        changed = wasChanged;
+        throw;
+    }
+}
+
 void Checkout::scan(const Article& article)
 {
     ChequeContents& cheque = contents();
@@ -184,8 +206,9 @@ void Checkout::scan(const Article& article)
     fields.discountAllowed = article.takesDiscounts;
     fields.bonusSpendAllowed = article.takesPoints;
     fields.bonusEarnAllowed = article.earnsPoints;
+    const Position former = cheque.currentPosition();
     cheque.addLine(fields);
-    linesChanged();
+    saveAdded(former);
 }
 
 void Checkout::takeBack(int position, double quantity)
@@ -206,9 +229,17 @@ void Checkout::takeBack(int position, double quantity)
                             .arg(QString::number(position), QString::number(static_cast<double>(left) / 1000.0),
                                  QString::number(quantity)));
     }
+    const Position former = back.currentPosition();
+    const QList<QSharedPointer<DocumentImpact>> impacts = back.impacts;
     const auto line = addSalePart(back, *sold, quantity, shareOf(*sold, taken, quantity));
     current->setValue(tillGroup, soldKey(*line), position);
-    linesChanged();
+    try {
+        saveAdded(former);
+    } catch (const BasicException&) {
+        back.impacts = impacts;
+        pluginValuesOf(*current)[tillGroup].remove(soldKey(*line));
+        throw;
+    }
 }
 
 void Checkout::remove(int position)
@@ -217,9 +248,16 @@ void Checkout::remove(int position)
     requireGoingOn();
     requireNoPoints();
     requireNoPayments();
-    const QSharedPointer<GoodsItem> line = lineOf(cheque, position);
-    cheque.remove(position);
-    dropDiscountsOn(cheque, position);
+    const QString step = QStringLiteral("remove %1").arg(position);
+    QSharedPointer<GoodsItem> line;
+    if (unsaved == step) {
+        line = cheque.deletedLines().constLast(); // the loyalty system may not have come to the end of it
+    } else {
+        line = lineOf(cheque, position);
+        cheque.remove(position);
+        dropDiscountsOn(cheque, position);
+        unsaved = step;
+    }
     Singleton<ActivityNotifier>::get()->notify(
         Event(EActivityListener::positionRemoved)
             .addArgument(QStringLiteral("position"), QVariant::fromValue(line))
@@ -240,6 +278,11 @@ bool Checkout::addCoupon(const QString& number)
     ChequeContents& cheque = contents();
     requireGoingOn();
     requireNoPoints();
+    const QString step = QStringLiteral("coupon ") + number;
+    if (unsaved == step) {
+        linesChanged();
+        return true;
+    }
     bool added = false;
     control::Action action;
     action.appendArgument(number, couponNumberKey);
@@ -253,6 +296,7 @@ bool Checkout::addCoupon(const QString& number)
             }
             cheque.coupons.append(QSharedPointer<CouponRecord>::create(number));
             added = true;
+            unsaved = step;
             return true;
         });
     linesChanged();
@@ -264,6 +308,11 @@ bool Checkout::deleteCoupon(const QString& number)
     ChequeContents& cheque = contents();
     requireGoingOn();
     requireNoPoints();
+    const QString step = QStringLiteral("delete coupon ") + number;
+    if (unsaved == step) {
+        linesChanged();
+        return true;
+    }
     for (const CouponPtr& coupon : std::as_const(cheque.coupons)) {
         if (coupon->getNumber() == number) {
             control::Action action;
@@ -272,6 +321,7 @@ bool Checkout::deleteCoupon(const QString& number)
                 EContext::openDocument, control::deleteCoupon, action, [&](const control::Action&) {
                     // The plug-in forgets all coupons of the number, so all of them go.
                     cheque.coupons.removeIf([&](const CouponPtr& one) { return one->getNumber() == number; });
+                    unsaved = step;
                     return true;
                 });
             linesChanged();

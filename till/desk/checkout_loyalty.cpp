@@ -122,6 +122,11 @@ bool Checkout::payPoints(std::optional<double> amount)
     requireGoingOn();
     requireSale();
     requireLines();
+    const QString step = QStringLiteral("points ") + (amount ? money(*amount) : QString());
+    if (unsaved == step) {
+        save();
+        return true;
+    }
     requireNoPoints();
     if (!system.hasCard()) {
         throw DeskError(QStringLiteral("points are spent with a card: present one first"));
@@ -160,7 +165,9 @@ bool Checkout::payPoints(std::optional<double> amount)
     bool spent = false;
     {
         const Finally onCheque([&] { // the points are gone, also when the plug-in cannot save that they are
-            if (!system.hasBonusImpacts()) {
+            if (system.hasBonusImpacts()) {
+                unsaved = step;
+            } else {
                 markRollback(former);
             }
             keepsDiscounts = true;
@@ -175,6 +182,11 @@ bool Checkout::payPoints(std::optional<double> amount)
 bool Checkout::rollback()
 {
     requireGoingOn();
+    const QString step = QStringLiteral("rollback");
+    if (unsaved == step) {
+        save();
+        return true;
+    }
     if (!system.hasBonusImpacts()) {
         throw DeskError(QStringLiteral("no points are spent on this cheque"));
     }
@@ -192,6 +204,7 @@ bool Checkout::rollback()
         setSpentPoints(contents(), {});
         changed = true;
         keepsDiscounts = true;
+        unsaved = step;
     }
     markRollback(done ? Rollback::done : Rollback::none);
     save();

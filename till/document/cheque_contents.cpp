@@ -79,6 +79,14 @@ QSharedPointer<GoodsItem> ChequeContents::remove(int posnum)
     return line;
 }
 
+void ChequeContents::withdrawLine()
+{
+    const int posnum = live.takeLast()->getPosnum();
+    if (currentPosnum == posnum) {
+        currentPosnum = live.isEmpty() ? 0 : live.constLast()->getPosnum();
+    }
+}
+
 void ChequeContents::selectPosition(int posnum)
 {
     if (!contains(live, posnum)) {

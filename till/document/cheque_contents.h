@@ -55,6 +55,9 @@ public:
     /// Moves a live line to the deleted ones and returns it; null when no live line has the number. When it was the
     /// current position, the last live line is.
     QSharedPointer<GoodsItem> remove(int posnum);
+    /// Takes the line that was added last off, as if it had never been added: its position number is free again. When it
+    /// was the current position, the last live line is.
+    void withdrawLine();
     /// Makes a live line the current position. Throws `std::invalid_argument` when there is no such line.
     void selectPosition(int posnum);
     /// The current position; none when no line is live.

@@ -15,7 +15,7 @@ namespace {
 
     [[nodiscard]] double decimal(const QString& text, const QString& name, int places)
     {
-        static const QRegularExpression form(QStringLiteral("^[0-9]{1,9}(\\.[0-9]{1,3})?$"));
+        static const QRegularExpression form(QStringLiteral("\\A[0-9]{1,9}(\\.[0-9]{1,3})?\\z"));
         const qsizetype point = text.indexOf(u'.');
         if (!form.match(text).hasMatch() || (point >= 0 && text.size() - point - 1 > places)) {
             refuse(text, name, QStringLiteral("a number with at most %1 decimals").arg(places));
@@ -45,7 +45,7 @@ QString Arguments::word(const QString& name)
 
 int Arguments::number(const QString& name)
 {
-    static const QRegularExpression form(QStringLiteral("^[0-9]{1,9}$"));
+    static const QRegularExpression form(QStringLiteral("\\A[0-9]{1,9}\\z"));
     const QString text = word(name);
     if (!form.match(text).hasMatch()) {
         refuse(text, name, QStringLiteral("a whole number"));

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <utility>
 
 namespace till {
@@ -137,17 +138,18 @@ void Player::expectText(const QString& where, const QStringList& texts, Argument
 void Player::expectQueue(Arguments& arguments) const
 {
     const int expected = arguments.number(QStringLiteral("COUNT"));
-    const QString state = arguments.isEmpty() ? QString() : arguments.word(QStringLiteral("STATE"));
+    const std::optional<QString> state
+        = arguments.isEmpty() ? std::nullopt : std::optional(arguments.word(QStringLiteral("STATE")));
     arguments.requireEnd();
     using enum store::RecordState;
-    if (!state.isNull() && std::ranges::none_of(std::array { pending, held, refused, damaged }, [&](auto known) {
-            return stateName(known) == state;
+    if (state && std::ranges::none_of(std::array { pending, held, refused, damaged }, [&](auto known) {
+            return stateName(known) == *state;
         })) {
-        throw ScriptError(QStringLiteral("a message is pending, held, refused or damaged, not \"%1\"").arg(state));
+        throw ScriptError(QStringLiteral("a message is pending, held, refused or damaged, not \"%1\"").arg(*state));
     }
     const QList<store::QueueRecord> records = store::queueRecords();
     const auto count = std::ranges::count_if(records, [&state](const store::QueueRecord& record) {
-        return state.isNull() || stateName(record.state) == state;
+        return !state || stateName(record.state) == *state;
     });
     if (count != expected) {
         throw ScriptError(QStringLiteral("the queue holds %1, not %2").arg(count).arg(expected));

@@ -129,13 +129,15 @@ void Player::play(const ScriptLine& line)
         throw ScriptError(QStringLiteral("unknown verb \"%1\"; \"help\" lists all").arg(name));
     }
     Arguments arguments(line.words.sliced(1));
-    if (name == u"expect") {
-        static_cast<void>(expect(arguments));
-        return;
+    if (name != u"expect") { // which looks at a refusal first
+        end();
     }
-    end();
-    if (name == u"show") { // a look at the last step is none itself
-        static_cast<void>(show(arguments));
+    if (name == u"expect" || name == u"show") { // a look at the last step is none itself
+        try {
+            static_cast<void>((this->*(verb->handler))(arguments));
+        } catch (const DeskError& error) {
+            throw ScriptError(error.text()); // there is no cheque to look at
+        }
         return;
     }
 

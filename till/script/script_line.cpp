@@ -60,7 +60,9 @@ QList<ScriptLine> parseScript(const QString& script)
 {
     QList<ScriptLine> lines;
     int number = 0;
-    for (const QString& text : script.split(u'\n')) {
+    const QChar byteOrderMark(u'\uFEFF'); // some editors begin a file with one
+    const QStringList texts = (script.startsWith(byteOrderMark) ? script.sliced(1) : script).split(u'\n');
+    for (const QString& text : texts) {
         ++number;
         try {
             const QStringList words = wordsOf(text);
