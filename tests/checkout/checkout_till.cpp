@@ -38,6 +38,8 @@ namespace {
         return u"cancelling"_s;
     case cancelled:
         return u"cancelled"_s;
+    case damaged:
+        return u"damaged"_s;
     }
     return {};
 }

@@ -20,8 +20,8 @@
 #include <optional>
 #include <string>
 
-/// A till at work as a cashier has it: the checkout, the plug-in, and the real store in a folder of the test's own. What
-/// it does stands in one journal:
+/// A till at work as a cashier has it: the checkout, the plug-in, and the real store in a folder of the test's own.
+/// What it does stands in one journal:
 ///
 ///     hook request             a hook that the till calls
 ///     post GetDiscounts        a request to `service`

@@ -79,8 +79,9 @@ TEST_F(Coupons, ThatTheServiceRefusesAreToldWithItsReason)
     openSale();
     service.refuse(u"IsCouponValid"_s, u"Купон погашен"_s);
     EXPECT_FALSE(till().addCoupon(u"c-1"_s));
-    EXPECT_EQ(told(),
-              "event 72\nshow Обращение к системе лояльности\npost IsCouponValid\nevent 73\nevent 127\nshow Купон погашен");
+    EXPECT_EQ(
+        told(),
+        "event 72\nshow Обращение к системе лояльности\npost IsCouponValid\nevent 73\nevent 127\nshow Купон погашен");
 }
 
 TEST_F(Coupons, WithoutAServerAreRefused)

@@ -1,5 +1,4 @@
 #include "tests/checkout/checkout_till.h"
-
 #include "till/desk/desk_error.h"
 
 #include <vector>
@@ -232,7 +231,8 @@ TEST_F(Refusal, StepsThatWouldLowerWhatIsPaidFor)
 TEST_F(Refusal, TillWithoutALoyaltySystemDoesNotStart)
 {
     plugin().deregisterLoyaltySystem();
-    EXPECT_EQ(refusal([] { const till::Checkout other; }), "no loyalty system has announced itself for cards of mode 7");
+    EXPECT_EQ(refusal([] { const till::Checkout other; }),
+              "no loyalty system has announced itself for cards of mode 7");
 }
 
 TEST_F(Refusal, StepsOnAChequeThatIsBeingClosed)

@@ -176,8 +176,7 @@ TEST_F(Discounts, ThatNobodyAnswersLeaveTheFormerOnesAndAreNotAskedForAgain)
     service.down = true;
     static_cast<void>(told());
     EXPECT_FALSE(till().request());
-    EXPECT_EQ(told(),
-              "hook request\npost GetDiscounts\nshow Нет связи с сервером. Доступно только начисление баллов");
+    EXPECT_EQ(told(), "hook request\npost GetDiscounts\nshow Нет связи с сервером. Доступно только начисление баллов");
     EXPECT_TRUE(till().request());
     EXPECT_EQ(told(), "hook request");
     EXPECT_EQ(money(), "161.82 450.00 | discount 17.98, points 0.00, due 611.82");
@@ -213,7 +212,8 @@ TEST_F(Discounts, OfALineThatIsTakenOffStayOffAfterARestartWithoutAServer)
     restart();
     service.down = true;
     ASSERT_TRUE(till().restore());
-    EXPECT_EQ(money(), "161.82 | discount 17.98, points 0.00, due 161.82") << "the till died, the customer did not notice";
+    EXPECT_EQ(money(), "161.82 | discount 17.98, points 0.00, due 161.82")
+        << "the till died, the customer did not notice";
 }
 
 TEST_F(Discounts, OfAChequeThatIsPaidInPartStayAsTheyAreAfterARestart)

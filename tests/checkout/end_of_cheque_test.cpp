@@ -1,6 +1,5 @@
-#include "tests/checkout/end_of_cheque.h"
-
 #include "host/facilities/exceptions.h"
+#include "tests/checkout/end_of_cheque.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,6 +1,5 @@
-#include "tests/checkout/checkout_till.h"
-
 #include "host/framework/activity_notifier.h"
+#include "tests/checkout/checkout_till.h"
 
 using namespace Qt::StringLiterals;
 
@@ -56,17 +55,19 @@ TEST_F(OrderOfCalls, PointsAreAskedForLimitedSetAndSpent)
     static_cast<void>(told());
     service.answer(u"SubtractBonus45"_s, spreadOf({ { 1, u"30.00"_s } }));
     EXPECT_TRUE(till().payPoints(30.0));
-    EXPECT_EQ(told(),
-              "hook hasPointsForSpend\npost GetCardDiscountAmount\nhook getPointsForSpend\nhook setPointsForSpend 30.00\n"
-              "hook spendPoints\npost SubtractBonus45");
+    EXPECT_EQ(
+        told(),
+        "hook hasPointsForSpend\npost GetCardDiscountAmount\nhook getPointsForSpend\nhook setPointsForSpend 30.00\n"
+        "hook spendPoints\npost SubtractBonus45");
 }
 
 TEST_F(OrderOfCalls, PointsOnAChangedChequeAreAskedAfterTheRequest)
 {
     openSaleWithCard();
     EXPECT_TRUE(till().payPoints({}));
-    EXPECT_EQ(told(u"hook"_s),
-              "hook request\nhook hasPointsForSpend\nhook getPointsForSpend\nhook setPointsForSpend 50.00\nhook spendPoints");
+    EXPECT_EQ(
+        told(u"hook"_s),
+        "hook request\nhook hasPointsForSpend\nhook getPointsForSpend\nhook setPointsForSpend 50.00\nhook spendPoints");
 }
 
 TEST_F(OrderOfCalls, CloseWithACardCommitsThenTellsTheEvent)

@@ -140,8 +140,9 @@ TEST_F(Rollback, ThatIsRepeatedInVainLeavesThePointsSpent)
     restart();
     service.down = true;
     EXPECT_TRUE(till().restore());
-    EXPECT_EQ(told(),
-              "event 9\nhook rollback\npost CancelSubtractBonus\nshow Нет связи с сервером\nshow Восстановлен чек 1042");
+    EXPECT_EQ(
+        told(),
+        "event 9\nhook rollback\npost CancelSubtractBonus\nshow Нет связи с сервером\nshow Восстановлен чек 1042");
     EXPECT_EQ(money(), spent);
 }
 

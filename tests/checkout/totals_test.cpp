@@ -1,7 +1,6 @@
-#include "till/document/totals.h"
-
 #include "tests/support/document_builder.h"
 #include "till/document/cheque.h"
+#include "till/document/totals.h"
 #include "till/money/kopecks.h"
 #include "till/money/spread.h"
 
@@ -205,7 +204,8 @@ TEST(Totals, DiscountOnTheChequeTakesAllThatIsGrantedOrAllTheRoom)
         }
         const qint64 granted = numbers.below(100'000);
         till::setLoyaltyDiscounts(*cheque, { discountOf(granted, 0) });
-        ASSERT_EQ(std::llround(cheque->impacts.constFirst()->getTotals()->getDiscountSum() * 100), std::min(granted, room));
+        ASSERT_EQ(std::llround(cheque->impacts.constFirst()->getTotals()->getDiscountSum() * 100),
+                  std::min(granted, room));
         exact += granted <= room ? 1 : 0;
     }
     EXPECT_GT(exact, 500);
@@ -300,7 +300,8 @@ TEST(Totals, DroppedPositionLeavesTheOthersAsTheyAre)
     Numbers numbers(17);
     for (int round = 0; round < 500; ++round) {
         const auto cheque = chequeOf(generatedLines(numbers));
-        till::setLoyaltyDiscounts(*cheque, { discountOf(numbers.below(90'000), 0), discountOf(numbers.below(9'000), 1) });
+        till::setLoyaltyDiscounts(*cheque,
+                                  { discountOf(numbers.below(90'000), 0), discountOf(numbers.below(9'000), 1) });
         QMap<int, qint64> before;
         for (const QSharedPointer<GoodsItem>& line : cheque->liveLines()) {
             before.insert(line->getPosnum(), costOf(*line));
@@ -337,7 +338,8 @@ TEST(Spread, MovesNoShareByAWholeKopeckWhereThereIsRoom)
         const QList<till::Kopecks> parts = till::spread(whole, shares);
         qint64 given = 0;
         for (qsizetype i = 0; i < shares.size(); ++i) {
-            const double fair = static_cast<double>(whole) * static_cast<double>(shares[i].weight) / static_cast<double>(weights);
+            const double fair
+                = static_cast<double>(whole) * static_cast<double>(shares[i].weight) / static_cast<double>(weights);
             ASSERT_LT(std::abs(static_cast<double>(parts[i]) - fair), 1.0) << round;
             given += parts[i];
         }

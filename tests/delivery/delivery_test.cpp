@@ -127,7 +127,8 @@ TEST_F(DeliveryRound, NextServerIsAskedWhenOneDoesNotAnswer)
     lose();
     rest.next(RestOutcome::http(503, {}));
     answer();
-    EXPECT_EQ(told(Delivery(settings({ u"http://second/"_s, u"http://third/"_s })).run()), "delivered 1, stepped aside 0");
+    EXPECT_EQ(told(Delivery(settings({ u"http://second/"_s, u"http://third/"_s })).run()),
+              "delivered 1, stepped aside 0");
     EXPECT_EQ(posted(), "first <e>a</e>, second <e>a</e>, third <e>a</e>");
 }
 

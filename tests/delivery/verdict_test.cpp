@@ -53,8 +53,9 @@ using enum Verdict::Kind;
         + "</s:Body></s:Envelope>";
 }
 
-const QByteArray response = R"(<OfflineAccrualResponse xmlns="http://tempuri.org/"><OfflineAccrualResult>ok</OfflineAccrualResult>)"
-                            "</OfflineAccrualResponse>";
+const QByteArray response
+    = R"(<OfflineAccrualResponse xmlns="http://tempuri.org/"><OfflineAccrualResult>ok</OfflineAccrualResult>)"
+      "</OfflineAccrualResponse>";
 const QByteArray fault = "<s:Fault><faultcode>s:Client</faultcode><faultstring>Чек не принят</faultstring></s:Fault>";
 
 struct Row {
@@ -80,8 +81,8 @@ INSTANTIATE_TEST_SUITE_P(
         Row { "ResponseDelivers", 200, envelope(response), "delivered: " },
         Row { "EmptyResponseDelivers", 200, envelope("<OfflineAccrualResponse/>"), "delivered: " },
         Row { "AnyStatusOfSuccessWillDo", 202, envelope(response), "delivered: " },
-        Row { "DeclarationAndBlanksAreNothing", 200, "<?xml version=\"1.0\"?>\r\n" + envelope("\r\n  " + response + "\r\n"),
-              "delivered: " },
+        Row { "DeclarationAndBlanksAreNothing", 200,
+              "<?xml version=\"1.0\"?>\r\n" + envelope("\r\n  " + response + "\r\n"), "delivered: " },
         Row { "MarkOfTheByteOrderIsNothing", 200, "\xEF\xBB\xBF" + envelope(response), "delivered: " },
         Row { "PrefixesDoNotCount", 200,
               R"(<e:Envelope xmlns:e="http://schemas.xmlsoap.org/soap/envelope/"><e:Body>)"
@@ -91,10 +92,11 @@ INSTANTIATE_TEST_SUITE_P(
               R"(<Envelope xmlns="http://schemas.xmlsoap.org/soap/envelope/"><Body>)"
               R"(<OfflineAccrualResponse xmlns="http://tempuri.org/"/></Body></Envelope>)",
               "delivered: " },
-        Row { "HeadersArePassedOver", 200,
-              R"(<s:Envelope xmlns:s="http://schemas.xmlsoap.org/soap/envelope/"><s:Header><s:Fault/></s:Header><s:Body>)"
-                  + response + "</s:Body></s:Envelope>",
-              "delivered: " },
+        Row {
+            "HeadersArePassedOver", 200,
+            R"(<s:Envelope xmlns:s="http://schemas.xmlsoap.org/soap/envelope/"><s:Header><s:Fault/></s:Header><s:Body>)"
+                + response + "</s:Body></s:Envelope>",
+            "delivered: " },
         Row { "FaultWithinTheResponseIsItsAffair", 200,
               envelope("<OfflineAccrualResponse><s:Fault/></OfflineAccrualResponse>"), "delivered: " },
         Row { "ResponseOfAnotherOperation", 200, envelope("<AccrualResponse/>"),
@@ -105,9 +107,10 @@ INSTANTIATE_TEST_SUITE_P(
               "misanswered: the reply is no answer of the service" },
         Row { "ResponseDeeperDown", 200, envelope("<a><OfflineAccrualResponse/></a>"),
               "misanswered: the reply is no answer of the service" },
-        Row { "ResponseBesideTheBody", 200,
-              R"(<s:Envelope xmlns:s="http://schemas.xmlsoap.org/soap/envelope/"><OfflineAccrualResponse/></s:Envelope>)",
-              "misanswered: the reply is no answer of the service" },
+        Row {
+            "ResponseBesideTheBody", 200,
+            R"(<s:Envelope xmlns:s="http://schemas.xmlsoap.org/soap/envelope/"><OfflineAccrualResponse/></s:Envelope>)",
+            "misanswered: the reply is no answer of the service" },
         Row { "ResponseWithoutEnvelope", 200, response, "misanswered: the reply is no answer of the service" },
         Row { "EmptyBody", 200, envelope(""), "misanswered: the reply is no answer of the service" },
         Row { "EnvelopeWithoutBody", 200, R"(<s:Envelope xmlns:s="http://schemas.xmlsoap.org/soap/envelope/"/>)",
@@ -130,17 +133,20 @@ INSTANTIATE_TEST_SUITE_P(
               R"(<env:Envelope xmlns:env="http://schemas.xmlsoap.org/soap/envelope/"><env:Body><env:Fault>)"
               "<faultstring>Отказ</faultstring></env:Fault></env:Body></env:Envelope>",
               "refused: Отказ" },
-        Row { "PrefixOfItsOwnIsAFaultAllTheSame", 500,
-              envelope(R"(<x:Fault xmlns:x="http://schemas.xmlsoap.org/soap/envelope/"><faultstring>Отказ</faultstring></x:Fault>)"),
-              "refused: Отказ" },
+        Row {
+            "PrefixOfItsOwnIsAFaultAllTheSame", 500,
+            envelope(
+                R"(<x:Fault xmlns:x="http://schemas.xmlsoap.org/soap/envelope/"><faultstring>Отказ</faultstring></x:Fault>)"),
+            "refused: Отказ" },
         Row { "PrefixOfAnotherNamespaceIsNone", 500,
               envelope(R"(<s:Fault xmlns:s="urn:other"><faultstring>Отказ</faultstring></s:Fault>)"),
               "misanswered: the reply is no answer of the service" },
         Row { "FaultOfNoNamespaceIsNone", 500, envelope("<Fault><faultstring>Отказ</faultstring></Fault>"),
               "misanswered: the reply is no answer of the service" },
-        Row { "TextBehindOtherChildren", 500,
-              envelope("<s:Fault><detail><faultstring>нет</faultstring></detail><faultstring>да</faultstring></s:Fault>"),
-              "refused: да" },
+        Row {
+            "TextBehindOtherChildren", 500,
+            envelope("<s:Fault><detail><faultstring>нет</faultstring></detail><faultstring>да</faultstring></s:Fault>"),
+            "refused: да" },
         Row { "ResponseInTheDetailDeliversNothing", 500,
               envelope("<s:Fault><faultstring>Отказ</faultstring><detail>" + response + "</detail></s:Fault>"),
               "refused: Отказ" },
@@ -148,8 +154,10 @@ INSTANTIATE_TEST_SUITE_P(
         Row { "FaultWithBlankText", 500, envelope("<s:Fault><faultstring>  \n </faultstring></s:Fault>"),
               "refused: the service refused it" },
         Row { "TextOfSeveralLinesIsOne", 500,
-              envelope("<s:Fault><faultstring> Строка\r\n\tвторая </faultstring></s:Fault>"), "refused: Строка вторая" },
-        Row { "FaultThatIsCutOff", 500, envelope(fault).chopped(3), "misanswered: the reply cannot be read: Premature end of document." }),
+              envelope("<s:Fault><faultstring> Строка\r\n\tвторая </faultstring></s:Fault>"),
+              "refused: Строка вторая" },
+        Row { "FaultThatIsCutOff", 500, envelope(fault).chopped(3),
+              "misanswered: the reply cannot be read: Premature end of document." }),
     [](const auto& row) { return std::string(row.param.rule); });
 
 INSTANTIATE_TEST_SUITE_P(
@@ -179,17 +187,17 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(
     Damage, VerdictOnReply,
-    testing::Values(
-        Row { "NothingAtAll", 200, "", "misanswered: the reply cannot be read: Premature end of document." },
-        Row { "PageOfANetworkThatWantsALogin", 200, "<html><body>Войдите</body></html>",
-              "misanswered: the reply is no answer of the service" },
-        Row { "DocumentType", 200, "<!DOCTYPE a>" + envelope(response),
-              "misanswered: the reply cannot be read: it declares a document type" },
-        Row { "EntityBomb", 200,
-              "<!DOCTYPE a [<!ENTITY e \"" + QByteArray(4000, 'x') + "\">]>" + envelope("<a>&e;&e;&e;</a>"),
-              "misanswered: the reply cannot be read: it declares a document type" },
-        Row { "TextBehindTheEnvelope", 200, envelope(response) + "x",
-              "misanswered: the reply cannot be read: Extra content at end of document." }),
+    testing::Values(Row { "NothingAtAll", 200, "",
+                          "misanswered: the reply cannot be read: Premature end of document." },
+                    Row { "PageOfANetworkThatWantsALogin", 200, "<html><body>Войдите</body></html>",
+                          "misanswered: the reply is no answer of the service" },
+                    Row { "DocumentType", 200, "<!DOCTYPE a>" + envelope(response),
+                          "misanswered: the reply cannot be read: it declares a document type" },
+                    Row { "EntityBomb", 200,
+                          "<!DOCTYPE a [<!ENTITY e \"" + QByteArray(4000, 'x') + "\">]>" + envelope("<a>&e;&e;&e;</a>"),
+                          "misanswered: the reply cannot be read: it declares a document type" },
+                    Row { "TextBehindTheEnvelope", 200, envelope(response) + "x",
+                          "misanswered: the reply cannot be read: Extra content at end of document." }),
     [](const auto& row) { return std::string(row.param.rule); });
 
 TEST(Verdict, NoReplyIsUnansweredWithTheReasonOfTheClient)
@@ -249,9 +257,12 @@ TEST(Verdict, HostileRepliesTakeNoTime)
         attributes += " a" + QByteArray::number(i) + "=\"\"";
         namespaces += "<a xmlns:n" + QByteArray::number(i) + "=\"u\">";
     }
-    const QList<QByteArray> replies { envelope(attributes + "/>"), envelope(namespaces),
-                                      envelope(QByteArray("<a>").repeated(400'000)), QByteArray(8'000'000, '<'),
-                                      envelope(QByteArray(8'000'000, 'x')), envelope(QByteArray("&lt;").repeated(500'000)) };
+    const QList<QByteArray> replies { envelope(attributes + "/>"),
+                                      envelope(namespaces),
+                                      envelope(QByteArray("<a>").repeated(400'000)),
+                                      QByteArray(8'000'000, '<'),
+                                      envelope(QByteArray(8'000'000, 'x')),
+                                      envelope(QByteArray("&lt;").repeated(500'000)) };
     for (const QByteArray& reply : replies) {
         QElapsedTimer timer;
         timer.start();
@@ -262,8 +273,8 @@ TEST(Verdict, HostileRepliesTakeNoTime)
 
 TEST(Verdict, ReasonIsBounded)
 {
-    const Verdict verdict = verdictOn(
-        RestOutcome::http(500, envelope("<s:Fault><faultstring>" + QByteArray(100'000, 'z') + "</faultstring></s:Fault>")));
+    const Verdict verdict = verdictOn(RestOutcome::http(
+        500, envelope("<s:Fault><faultstring>" + QByteArray(100'000, 'z') + "</faultstring></s:Fault>")));
     EXPECT_EQ(told(verdict), "refused: " + std::string(300, 'z') + "…");
 }
 

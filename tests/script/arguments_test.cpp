@@ -1,5 +1,4 @@
 #include "till/script/arguments.h"
-
 #include "till/script/script_line.h"
 
 #include <gtest/gtest.h>
@@ -77,13 +76,15 @@ INSTANTIATE_TEST_SUITE_P(Texts, QuantityOf,
 
 TEST_P(NumberOf, Text)
 {
-    expectValue(GetParam(), "a whole number", [](const QString& text) { return Arguments({ text }).number(u"NAME"_s); });
+    expectValue(GetParam(), "a whole number",
+                [](const QString& text) { return Arguments({ text }).number(u"NAME"_s); });
 }
 
 INSTANTIATE_TEST_SUITE_P(Texts, NumberOf,
                          testing::Values(Row { "Whole", "1042", 1042 }, Row { "Nothing", "0", 0 },
-                                         Row { "Largest", "999999999", 999999999 }, Row { "TooLarge", "2147483648", -1 },
-                                         Row { "Sign", "-1", -1 }, Row { "Plus", "+1", -1 }, Row { "Decimals", "1.0", -1 },
+                                         Row { "Largest", "999999999", 999999999 },
+                                         Row { "TooLarge", "2147483648", -1 }, Row { "Sign", "-1", -1 },
+                                         Row { "Plus", "+1", -1 }, Row { "Decimals", "1.0", -1 },
                                          Row { "Blank", " 1", -1 }, Row { "Word", "one", -1 }, Row { "Empty", "", -1 }),
                          [](const auto& row) { return std::string(row.param.rule); });
 

@@ -1,5 +1,4 @@
 #include "tests/script/script_till.h"
-
 #include "till/script/books.h"
 #include "till/script/script_line.h"
 
@@ -24,10 +23,11 @@ protected:
         return uid;
     }
 
-    [[nodiscard]] static QByteArray booked(const QString& uid, const QByteArray& amount, const QByteArray& spent = "0.00")
+    [[nodiscard]] static QByteArray booked(const QString& uid, const QByteArray& amount,
+                                           const QByteArray& spent = "0.00")
     {
-        return R"({"uid":")" + uid.toUtf8() + R"(","type":"Sale","status":"Closed","amount":")" + amount + R"(","spent":")"
-            + spent + "\"}";
+        return R"({"uid":")" + uid.toUtf8() + R"(","type":"Sale","status":"Closed","amount":")" + amount
+            + R"(","spent":")" + spent + "\"}";
     }
 
     void serviceHas(const QByteArrayList& cheques)
@@ -128,12 +128,14 @@ TEST_F(Books, ServiceThatTellsNoNumberIsRefused)
 
 TEST_F(Books, ServiceThatDoesNotAnswerIsNamed)
 {
-    const till::ServiceControl nobody({ { u"first"_s, QUrl(u"http://127.0.0.1:9/"_s), QUrl(u"http://127.0.0.1:9/"_s) } });
+    const till::ServiceControl nobody(
+        { { u"first"_s, QUrl(u"http://127.0.0.1:9/"_s), QUrl(u"http://127.0.0.1:9/"_s) } });
     try {
         (void)till::compareBooks(nobody);
         ADD_FAILURE() << "not refused";
     } catch (const till::ScriptError& error) {
-        EXPECT_THAT(error.text().toStdString(), testing::StartsWith("the sandbox at http://127.0.0.1:9/ does not answer: "));
+        EXPECT_THAT(error.text().toStdString(),
+                    testing::StartsWith("the sandbox at http://127.0.0.1:9/ does not answer: "));
     }
 }
 

@@ -17,8 +17,9 @@ namespace {
 
 TEST(Completion, OfNothingIsEveryVerb)
 {
-    const std::string all = "open scan take remove position card phone request coupon points rollback pay close cancel putout "
-                            "reveal server deliver crash show expect say";
+    const std::string all
+        = "open scan take remove position card phone request coupon points rollback pay close cancel putout "
+          "reveal server deliver crash show expect say";
     EXPECT_EQ(offered({}), all);
     EXPECT_EQ(offered({ QString() }), all);
 }
@@ -49,7 +50,8 @@ TEST(Completion, BehindAVerbIsItsLiteralWords)
 
 TEST(Completion, BehindAVerbWithoutLiteralWordsIsNothing)
 {
-    for (const QString& verb : { u"close"_s, u"request"_s, u"rollback"_s, u"deliver"_s, u"putout"_s, u"card"_s, u"take"_s }) {
+    for (const QString& verb :
+         { u"close"_s, u"request"_s, u"rollback"_s, u"deliver"_s, u"putout"_s, u"card"_s, u"take"_s }) {
         EXPECT_EQ(offered({ verb, QString() }), "") << verb.toStdString();
     }
 }

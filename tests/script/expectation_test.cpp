@@ -1,5 +1,4 @@
 #include "tests/script/script_till.h"
-
 #include "till/script/script_line.h"
 #include "till/store/store.h"
 
@@ -133,7 +132,8 @@ TEST_F(Expectation, WireIsThatOfTheLastStep)
               "the exchanges were \"IsCardValid@first GetCardBalance\", not \"IsCardValid@second GetCardBalance\"");
     EXPECT_EQ(play(u"expect wire GetCardBalance IsCardValid"_s),
               "the exchanges were \"IsCardValid GetCardBalance\", not \"GetCardBalance IsCardValid\"");
-    EXPECT_EQ(play(u"expect wire IsCardValid"_s), "the exchanges were \"IsCardValid GetCardBalance\", not \"IsCardValid\"");
+    EXPECT_EQ(play(u"expect wire IsCardValid"_s),
+              "the exchanges were \"IsCardValid GetCardBalance\", not \"IsCardValid\"");
     EXPECT_EQ(play(u"expect wire"_s), "the exchanges were \"IsCardValid GetCardBalance\", not \"\"");
     playWell({ u"say x"_s });
     EXPECT_EQ(play(u"expect wire"_s), "");

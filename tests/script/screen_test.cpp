@@ -1,6 +1,5 @@
-#include "till/script/screen.h"
-
 #include "till/desk/cashier.h"
+#include "till/script/screen.h"
 
 #include <gtest/gtest.h>
 
@@ -27,12 +26,12 @@ protected:
 
     QStringList lines;
     QStringList prompts;
-    std::unique_ptr<till::Screen> screen = std::make_unique<till::Screen>(
-        [this](const QString& line) { lines.append(line); },
-        [this](const QString& prompt) -> std::optional<QString> {
-            prompts.append(prompt);
-            return prompt == u"Имя"_s ? std::optional(u"Анна"_s) : std::nullopt;
-        });
+    std::unique_ptr<till::Screen> screen
+        = std::make_unique<till::Screen>([this](const QString& line) { lines.append(line); },
+                                         [this](const QString& prompt) -> std::optional<QString> {
+                                             prompts.append(prompt);
+                                             return prompt == u"Имя"_s ? std::optional(u"Анна"_s) : std::nullopt;
+                                         });
 };
 
 } // namespace

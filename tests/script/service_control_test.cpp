@@ -1,6 +1,5 @@
-#include "till/script/service_control.h"
-
 #include "till/script/script_line.h"
+#include "till/script/service_control.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,4 @@
 #include "tests/script/script_till.h"
-
 #include "till/store/queue_records.h"
 
 #include <gmock/gmock.h>
@@ -94,20 +93,43 @@ TEST_F(Verb, CodeOfARefusedStepIsNotKept)
 
 TEST_F(Verb, WholeSale)
 {
-    playWell({ u"open sale 1042"_s, u"scan 461 x2 @89.90"_s, u"scan 462 @450.00"_s, u"remove 2"_s, u"scan 463 @20"_s,
-               u"position 1"_s, u"card 9000000001"_s, u"expect ok"_s, u"coupon c-1"_s, u"expect ok"_s, u"coupon c-2"_s,
-               u"coupon delete c-2"_s, u"expect ok"_s, u"request"_s, u"expect ok"_s, u"points"_s, u"expect ok"_s,
-               u"expect points 50"_s, u"rollback"_s, u"expect ok"_s, u"points 30"_s, u"pay certificate 70001 50"_s,
-               u"pay cash 9.80"_s, u"pay cash"_s, u"close"_s, u"expect ok"_s, u"expect printed Спасибо"_s });
+    playWell({ u"open sale 1042"_s,
+               u"scan 461 x2 @89.90"_s,
+               u"scan 462 @450.00"_s,
+               u"remove 2"_s,
+               u"scan 463 @20"_s,
+               u"position 1"_s,
+               u"card 9000000001"_s,
+               u"expect ok"_s,
+               u"coupon c-1"_s,
+               u"expect ok"_s,
+               u"coupon c-2"_s,
+               u"coupon delete c-2"_s,
+               u"expect ok"_s,
+               u"request"_s,
+               u"expect ok"_s,
+               u"points"_s,
+               u"expect ok"_s,
+               u"expect points 50"_s,
+               u"rollback"_s,
+               u"expect ok"_s,
+               u"points 30"_s,
+               u"pay certificate 70001 50"_s,
+               u"pay cash 9.80"_s,
+               u"pay cash"_s,
+               u"close"_s,
+               u"expect ok"_s,
+               u"expect printed Спасибо"_s });
     EXPECT_FALSE(checkout->isOpen());
 }
 
 TEST_F(Verb, SetAsideReturnAndCancel)
 {
-    playWell({ u"open sale 5"_s, u"scan 461 @50"_s, u"putout"_s, u"reveal 5 6"_s, u"pay cash"_s, u"close"_s, u"expect ok"_s,
-               u"open return-of 6 9"_s, u"take 1"_s, u"expect sum 40"_s, u"close"_s, u"expect ok"_s, u"open sale 10"_s,
-               u"scan 461 @50"_s, u"cancel"_s, u"expect ok"_s, u"open return 11"_s, u"scan 461 @50"_s, u"cancel anyway"_s,
-               u"expect ok"_s });
+    playWell({ u"open sale 5"_s,    u"scan 461 @50"_s,  u"putout"_s,        u"reveal 5 6"_s,
+               u"pay cash"_s,       u"close"_s,         u"expect ok"_s,     u"open return-of 6 9"_s,
+               u"take 1"_s,         u"expect sum 40"_s, u"close"_s,         u"expect ok"_s,
+               u"open sale 10"_s,   u"scan 461 @50"_s,  u"cancel"_s,        u"expect ok"_s,
+               u"open return 11"_s, u"scan 461 @50"_s,  u"cancel anyway"_s, u"expect ok"_s });
 }
 
 TEST_F(Verb, DeliverEmptiesTheQueueAndTellsTheCount)
@@ -131,15 +153,17 @@ TEST_F(Verb, ServerReachesTheControlAddress)
 {
     playWell({ u"server stop"_s, u"server first start"_s, u"server first clear"_s, u"server fault drop"_s,
                u"server first fault delay Accrual 2 =500"_s });
-    EXPECT_EQ(controlCalls(), "POST /stop \nPOST /start \nDELETE /faults \nPOST /faults { \"kind\": \"drop\" }\n"
-                              "POST /faults { \"arg\": \"500\", \"kind\": \"delay\", \"operation\": \"Accrual\", \"times\": 2 }\n");
+    EXPECT_EQ(controlCalls(),
+              "POST /stop \nPOST /start \nDELETE /faults \nPOST /faults { \"kind\": \"drop\" }\n"
+              "POST /faults { \"arg\": \"500\", \"kind\": \"delay\", \"operation\": \"Accrual\", \"times\": 2 }\n");
 }
 
 TEST_F(Verb, ServerTellsWhatTheSandboxObjectsTo)
 {
     controlStatus = 400;
     controlBody = R"({"error":"there is no fault \"dance\""})";
-    EXPECT_THAT(play(u"server fault dance"_s), testing::StartsWith("the sandbox says: there is no fault \"dance\" (usage: server"));
+    EXPECT_THAT(play(u"server fault dance"_s),
+                testing::StartsWith("the sandbox says: there is no fault \"dance\" (usage: server"));
     controlBody = "";
     EXPECT_THAT(play(u"server stop"_s), testing::StartsWith("the sandbox says: HTTP status 400 (usage"));
 }
@@ -150,7 +174,8 @@ TEST_F(Verb, ShowCheque)
     static_cast<void>(output());
     playWell({ u"show cheque"_s });
     EXPECT_EQ(output(),
-              "    cheque 7, type 1\n    1  461  89.90 x 2 = 169.80\n    discount 10.00, points 0.00, sum 169.80, due 169.80");
+              "    cheque 7, type 1\n    1  461  89.90 x 2 = 169.80\n    discount 10.00, points 0.00, sum 169.80, due "
+              "169.80");
 }
 
 TEST_F(Verb, ShowQueue)
@@ -211,7 +236,8 @@ TEST_F(Verb, WireIsToldWithEachExchangeOnDemand)
     startPlayer(true, true);
     playWell({ u"open sale"_s, u"scan 461 @50"_s, u"request"_s });
     const std::string shown = output();
-    EXPECT_THAT(shown, HasSubstr("    → " + service.url().toString().toStdString() + " GetDiscounts\n<soapenv:Envelope"));
+    EXPECT_THAT(shown,
+                HasSubstr("    → " + service.url().toString().toStdString() + " GetDiscounts\n<soapenv:Envelope"));
     EXPECT_THAT(shown, HasSubstr("    ← 200, "));
     EXPECT_THAT(shown, HasSubstr("<GetDiscountsResponse"));
     down = true;

@@ -96,11 +96,11 @@ TEST_F(StoreModes, WiderJournalIsClosedAtOpening)
     EXPECT_EQ(modeOf(journal()), 0600);
 }
 
-TEST_F(StoreModes, NothingStandsInTheFolderButTheDatabaseAndItsJournal)
+TEST_F(StoreModes, NothingStandsInTheFolderButTheDatabaseItsJournalAndTheBallast)
 {
     till::store::open(folder());
     enqueueText(u"one"_s);
 
     EXPECT_EQ(QDir(folder()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).join(u' ').toStdString(),
-              "till.sqlite till.sqlite-journal");
+              "till.ballast till.sqlite till.sqlite-journal");
 }

@@ -11,6 +11,7 @@
 #include "till/document/totals.h"
 #include "till/framework/loyalty_registry.h"
 #include "till/money/kopecks.h"
+#include "till/store/document_json.h"
 #include "till/store/document_states.h"
 #include "till/store/store.h"
 
@@ -241,7 +242,14 @@ bool Checkout::restore()
             && entry.state != DocumentState::cancelling) {
             continue;
         }
-        current = store::documentOf(entry.identity);
+        try {
+            current = store::documentOf(entry.identity);
+        } catch (const DamagedDocument&) {
+            // The till must start all the same; what cannot be read is kept for whoever can.
+            store::quarantine(entry.identity);
+            cashier().show(QStringLiteral("Чек %1 повреждён и отложен").arg(entry.number));
+            continue;
+        }
         setOpenDocument(current);
         Singleton<ActivityNotifier>::get()->notify(Event(EActivityListener::restoreDocument));
         if (contents().head.deferred && current->getPluginDataJson().isEmpty()) {

@@ -41,6 +41,11 @@ try : till(options.places)
     throw CommandError(failure.tr().ru());
 }
 
+void PlayerSession::deliverBeside()
+{
+    worker.emplace(deliverySettings());
+}
+
 Player& PlayerSession::player()
 {
     return *thePlayer;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "till/delivery/delivery.h"
+#include "till/delivery/delivery_worker.h"
 #include "till/desk/checkout.h"
 #include "till/program/commands.h"
 #include "till/program/surroundings.h"
@@ -20,6 +21,8 @@ public:
                   std::function<void()> crash);
 
     [[nodiscard]] Player& player();
+    /// From now on the queue is delivered beside the work, as in a shop.
+    void deliverBeside();
 
 private:
     OpenTill till;
@@ -29,6 +32,7 @@ private:
     Delivery delivery;
     ServiceControl service;
     std::optional<Player> thePlayer;
+    std::optional<DeliveryWorker> worker; // ends first: it uses the store
 };
 
 /// Writes the line to standard output at once: a till that is killed has said all that it has said.

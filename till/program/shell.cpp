@@ -99,6 +99,7 @@ namespace {
 int shell(const PlayOptions& options)
 {
     PlayerSession session(options, readLine, {});
+    session.deliverBeside();
     const QByteArray history = QFile::encodeName(QDir(options.places.dataFolder()).filePath(QStringLiteral("history")));
     using_history();
     read_history(history.constData());

@@ -361,8 +361,10 @@ QByteArray toJson(const QSharedPointer<AbstractDocument>& document)
     return QJsonDocument(QJsonObject::fromVariantMap(map)).toJson(QJsonDocument::Compact);
 }
 
+DamagedDocument::~DamagedDocument() = default;
+
 QSharedPointer<AbstractDocument> documentFromJson(const QByteArray& text)
-{
+try {
     QJsonParseError error;
     const StoredMap map(QJsonDocument::fromJson(text, &error).object());
     if (error.error != QJsonParseError::NoError) {
@@ -392,6 +394,8 @@ QSharedPointer<AbstractDocument> documentFromJson(const QByteArray& text)
     contents.pluginDataJson = map.text(u"pluginDataJson");
     readPluginValues(*document, map.map(u"pluginValues"));
     return document;
+} catch (const BasicException& refusal) {
+    throw DamagedDocument(refusal.tr());
 }
 
 } // namespace till

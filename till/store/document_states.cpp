@@ -13,13 +13,14 @@ namespace till::store {
 
 namespace {
 
-    constexpr std::array<std::pair<DocumentState, const char*>, 6> stateNames { {
+    constexpr std::array<std::pair<DocumentState, const char*>, 7> stateNames { {
         { DocumentState::open, "open" },
         { DocumentState::closing, "closing" },
         { DocumentState::aside, "aside" },
         { DocumentState::closed, "closed" },
         { DocumentState::cancelling, "cancelling" },
         { DocumentState::cancelled, "cancelled" },
+        { DocumentState::damaged, "damaged" },
     } };
 
     [[nodiscard]] QString nameOf(DocumentState state)
@@ -56,7 +57,15 @@ void saveAs(const QSharedPointer<AbstractDocument>& document, DocumentState stat
     query.addBindValue(nameOf(state));
     query.addBindValue(document->getDocumentType());
     query.addBindValue(document->getChequeNumber());
-    execute(query);
+    executeEnding(query);
+}
+
+void quarantine(const QString& identity)
+{
+    QSqlQuery query = prepare(QStringLiteral("UPDATE documents SET state = ? WHERE identity = ?"));
+    query.addBindValue(nameOf(DocumentState::damaged));
+    query.addBindValue(identity);
+    executeEnding(query);
 }
 
 QList<DocumentEntry> documents()
@@ -64,7 +73,7 @@ QList<DocumentEntry> documents()
     QSqlQuery query = prepare(QStringLiteral("SELECT identity, state, type, number FROM documents ORDER BY rowid"));
     execute(query);
     QList<DocumentEntry> entries;
-    while (query.next()) {
+    while (nextRow(query)) {
         entries.append({ query.value(0).toString(), stateOf(query.value(1).toString()), query.value(2).toInt(),
                          query.value(3).toInt() });
     }
@@ -76,7 +85,7 @@ QSharedPointer<AbstractDocument> documentOf(const QString& identity)
     QSqlQuery query = prepare(QStringLiteral("SELECT body FROM documents WHERE identity = ?"));
     query.addBindValue(identity);
     execute(query);
-    return query.next() ? documentFromJson(query.value(0).toString().toUtf8()) : nullptr;
+    return nextRow(query) ? documentFromJson(query.value(0).toString().toUtf8()) : nullptr;
 }
 
 } // namespace till::store

@@ -17,6 +17,7 @@ enum class DocumentState {
     closed,
     cancelling, // given up; what the loyalty system has to be told of it may not be told or queued yet
     cancelled,
+    damaged, // cannot be read back; kept as it is
 };
 
 /// A document as the store lists it. A plain value.
@@ -31,6 +32,10 @@ struct DocumentEntry {
 /// the state saved before is whole. `SaveToFileLogic` writes a document without touching the state that it is in.
 /// [cheque-thread] [blocks: until the document is on disk]
 VANTIRO_HOST_API void saveAs(const QSharedPointer<AbstractDocument>& document, DocumentState state);
+
+/// Puts a document that cannot be read out of the way of those behind it; its record stays as it is. Throws
+/// `BasicException`. [cheque-thread] [blocks: until it is on disk]
+VANTIRO_HOST_API void quarantine(const QString& identity);
 
 /// All documents in the order of their first saving. Throws `BasicException`. [any-thread] [blocks: the disk]
 [[nodiscard]] VANTIRO_HOST_API QList<DocumentEntry> documents();

@@ -17,7 +17,7 @@ QSharedPointer<AbstractDocument> DocumentsDao::getDocument(const QVariant& key, 
     QSqlQuery query = till::store::prepare(QStringLiteral("SELECT body FROM documents WHERE identity = ?"));
     query.addBindValue(key.toString());
     till::store::execute(query);
-    if (!query.next()) {
+    if (!till::store::nextRow(query)) {
         return nullptr;
     }
     return till::documentFromJson(query.value(0).toString().toUtf8());
@@ -37,5 +37,5 @@ void SaveToFileLogic::save(const QSharedPointer<AbstractDocument>& document, con
     query.addBindValue(QString::fromUtf8(body));
     query.addBindValue(extra.isNull() ? QStringLiteral("") : extra); // a null text would be bound as NULL
     query.addBindValue(QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs));
-    till::store::execute(query); // one statement, hence one transaction: the old state or the new one, never a mixture
+    till::store::executeEnding(query); // one statement, hence one transaction: the old state or the new one, never a mixture
 }

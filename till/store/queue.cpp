@@ -18,5 +18,5 @@ void DBQueueBroker::enqueue(const QString& queue, const QJsonObject& message, co
     query.addBindValue(QString::fromUtf8(QJsonDocument(message).toJson(QJsonDocument::Compact)));
     query.addBindValue(extra.isNull() ? QStringLiteral("") : extra); // a null text would be bound as NULL
     query.addBindValue(QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs));
-    till::store::execute(query); // one statement, hence one transaction: on disk, or not at all
+    till::store::executeEnding(query); // one statement, hence one transaction: on disk, or not at all
 }

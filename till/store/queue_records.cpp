@@ -46,7 +46,7 @@ namespace {
     {
         execute(query);
         QList<QueueRecord> records;
-        while (query.next()) {
+        while (nextRow(query)) {
             QueueRecord record;
             record.id = query.value(0).toLongLong();
             record.queue = query.value(1).toString();
@@ -80,7 +80,7 @@ namespace {
         query.addBindValue(attempts);
         query.addBindValue(bound(reason));
         query.addBindValue(id);
-        execute(query);
+        executeEnding(query);
     }
 
 } // namespace
@@ -109,7 +109,7 @@ void removeDelivered(qint64 id)
 {
     QSqlQuery query = prepare(QStringLiteral("DELETE FROM queue WHERE id = ?"));
     query.addBindValue(id);
-    execute(query);
+    executeEnding(query);
 }
 
 void postpone(qint64 id, int attempts, const QString& reason, const QDateTime& notBefore)
@@ -119,7 +119,7 @@ void postpone(qint64 id, int attempts, const QString& reason, const QDateTime& n
     query.addBindValue(bound(reason));
     query.addBindValue(notBefore.isValid() ? notBefore.toUTC().toString(Qt::ISODateWithMs) : QStringLiteral(""));
     query.addBindValue(id);
-    execute(query);
+    executeEnding(query);
 }
 
 void setAside(qint64 id, RecordState state, int attempts, const QString& reason)

@@ -1,6 +1,7 @@
 #include "till/store/store.h"
 
 #include "host/facilities/exceptions.h"
+#include "till/store/ballast.h"
 
 #include <QDir>
 #include <QFile>
@@ -27,6 +28,41 @@ namespace {
         throw BasicException(text.arg(tr::Tr(reason)));
     }
 
+    /// The classes of the database's own error codes that a person can do something about.
+    enum class Cause : int {
+        locked = 5,
+        readOnly = 8,
+        brokenDisk = 10,
+        fullDisk = 13,
+    };
+
+    [[nodiscard]] Cause causeOf(const QSqlError& error)
+    {
+        constexpr int classes = 0x100; // the rest of a code tells the place
+        return static_cast<Cause>(error.nativeErrorCode().toInt() % classes);
+    }
+
+    /// For the cashier: the database speaks English, and of itself.
+    [[nodiscard]] QString adviceOn(Cause cause)
+    {
+        switch (cause) {
+        case Cause::locked:
+            return QStringLiteral(". База занята другой программой");
+        case Cause::readOnly:
+            return QStringLiteral(". На диск нельзя писать");
+        case Cause::brokenDisk:
+            return QStringLiteral(". Диск не читается или не пишется");
+        case Cause::fullDisk:
+            return QStringLiteral(". На диске нет места");
+        }
+        return QString();
+    }
+
+    [[noreturn]] void fail(const QSqlError& error)
+    {
+        fail(error.text().simplified() + adviceOn(causeOf(error)));
+    }
+
     struct Location {
         std::mutex mutex;
         QString file; // empty while no store is open
@@ -44,6 +80,11 @@ namespace {
         return location().file;
     }
 
+    [[nodiscard]] QString folderOf(const QString& file)
+    {
+        return QFileInfo(file).path();
+    }
+
     /// Threads are counted: the system gives the number of one that has ended to a later one, which may not use what
     /// the former has left.
     [[nodiscard]] QString connectionName()
@@ -53,13 +94,19 @@ namespace {
         return QStringLiteral("vantiro-till-%1").arg(thread);
     }
 
-    /// Makes an entry of the folder itself survive a loss of power; the database syncs its own contents only.
+    /// Makes an entry of the folder itself survive a loss of power; the database syncs its own contents only. A folder
+    /// that may not be read, and a file system that cannot synchronise folders, are left at that.
     void syncFolder(const QString& folder)
     {
         const int descriptor = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-        if (descriptor >= 0) {
-            ::fsync(descriptor);
-            ::close(descriptor);
+        if (descriptor < 0) {
+            return;
+        }
+        const bool failed = ::fsync(descriptor) != 0 && errno != EINVAL && errno != ENOTSUP && errno != EROFS;
+        ::close(descriptor);
+        if (failed) {
+            fail(QStringLiteral("cannot make the entries of the folder %1 last").arg(folder)
+                 + adviceOn(Cause::brokenDisk));
         }
     }
 
@@ -99,7 +146,7 @@ namespace {
     {
         QSqlQuery query(database);
         if (!query.exec(statement)) {
-            fail(query.lastError().text());
+            fail(query.lastError());
         }
     }
 
@@ -112,11 +159,16 @@ namespace {
         }
     }
 
+    [[nodiscard]] QString versionStatement()
+    {
+        return QStringLiteral("PRAGMA user_version=%1").arg(schemaVersion);
+    }
+
     [[nodiscard]] int storedVersion(const QSqlDatabase& database)
     {
         QSqlQuery query(database);
         if (!query.exec(QStringLiteral("PRAGMA user_version")) || !query.next()) {
-            fail(query.lastError().text());
+            fail(query.lastError());
         }
         return query.value(0).toInt();
     }
@@ -125,7 +177,7 @@ namespace {
     void setUp(QSqlDatabase& database)
     {
         if (!database.open()) {
-            fail(database.lastError().text());
+            fail(database.lastError());
         }
         if (storedVersion(database) > schemaVersion) {
             fail(QStringLiteral("the database was written by a newer till"));
@@ -151,8 +203,23 @@ namespace {
                            "identity TEXT PRIMARY KEY, body TEXT NOT NULL, extra TEXT NOT NULL,"
                            "saved_at TEXT NOT NULL, state TEXT NOT NULL DEFAULT 'open',"
                            "type INTEGER NOT NULL DEFAULT 0, number INTEGER NOT NULL DEFAULT 0)"));
-        run(database, QStringLiteral("PRAGMA user_version=%1").arg(schemaVersion));
+        run(database, versionStatement());
         run(database, QStringLiteral("COMMIT"));
+    }
+
+    /// A transaction that has failed may stand on the disk all the same, and not last: the same values written once more
+    /// would then change nothing, and be taken for saved. Something is changed first.
+    [[nodiscard]] QSqlError write(QSqlQuery& query)
+    {
+        static std::atomic<bool> doubtful = false;
+        if (doubtful) {
+            QSqlQuery touch(connection());
+            if (!touch.exec(versionStatement())) {
+                return touch.lastError();
+            }
+        }
+        doubtful = !query.exec();
+        return doubtful ? query.lastError() : QSqlError();
     }
 
 } // namespace
@@ -173,6 +240,7 @@ void open(const QString& folder)
     }
     try {
         makeSchema(connection());
+        static_cast<void>(keepBallast(place)); // whoever begins something asks again
     } catch (const BasicException&) {
         close();
         throw;
@@ -225,15 +293,47 @@ QSqlQuery prepare(const QString& statement)
 {
     QSqlQuery query(connection());
     if (!query.prepare(statement)) {
-        fail(query.lastError().text());
+        fail(query.lastError());
     }
     return query;
+}
+
+bool nextRow(QSqlQuery& query)
+{
+    if (query.next()) {
+        return true;
+    }
+    if (query.lastError().isValid()) {
+        fail(query.lastError().text());
+    }
+    return false;
 }
 
 void execute(QSqlQuery& query)
 {
     if (!query.exec()) {
-        fail(query.lastError().text());
+        fail(query.lastError());
+    }
+}
+
+void executeEnding(QSqlQuery& query)
+{
+    const QString folder = folderOf(currentFile());
+    QSqlError error = write(query);
+    if (error.isValid() && causeOf(error) == Cause::fullDisk) {
+        giveUpBallast(folder);
+        error = write(query);
+    }
+    if (error.isValid()) {
+        fail(error);
+    }
+    static_cast<void>(keepBallast(folder));
+}
+
+void requireRoom()
+{
+    if (const QString file = currentFile(); !file.isEmpty() && !keepBallast(folderOf(file))) {
+        fail(QStringLiteral("на диске нет места для нового чека"));
     }
 }
 

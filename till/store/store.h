@@ -30,5 +30,13 @@ VANTIRO_HOST_API void releaseConnection();
 /// A prepared statement; parameters are always bound. Throw `BasicException` with the database's reason.
 [[nodiscard]] VANTIRO_HOST_API QSqlQuery prepare(const QString& statement);
 VANTIRO_HOST_API void execute(QSqlQuery& query);
+/// Moves to the next row of an executed query; false behind the last one. A row that cannot be read is no end: throws
+/// `BasicException`.
+[[nodiscard]] VANTIRO_HOST_API bool nextRow(QSqlQuery& query);
+/// The same for what ends something that was begun: on a full disk it gives up the ballast and goes on.
+VANTIRO_HOST_API void executeEnding(QSqlQuery& query);
+
+/// Something new is about to be begun: throws `BasicException` while the disk is so full that it could not be ended.
+VANTIRO_HOST_API void requireRoom();
 
 } // namespace till::store
