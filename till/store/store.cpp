@@ -304,7 +304,7 @@ bool nextRow(QSqlQuery& query)
         return true;
     }
     if (query.lastError().isValid()) {
-        fail(query.lastError().text());
+        fail(query.lastError());
     }
     return false;
 }
