@@ -17,7 +17,7 @@ endfunction()
 # and build lists in the ways that lead it there. The shipped code is compiled with these warnings.
 function(vantiro_quiet_false_positives target)
     target_compile_options(${target} PRIVATE
-        $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized;-Wno-restrict;-Wno-array-bounds;-Wno-stringop-overflow>)
+        $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized;-Wno-array-bounds;-Wno-stringop-overflow>)
 endfunction()
 
 # vantiro_add_test(NAME SOURCES file... [LIBRARIES target...] [LABELS label...])

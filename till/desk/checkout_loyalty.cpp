@@ -6,6 +6,7 @@
 #include "till/desk/desk_error.h"
 #include "till/document/card.h"
 #include "till/document/totals.h"
+#include "till/facilities/redaction.h"
 #include "till/money/kopecks.h"
 
 #include <algorithm>
@@ -38,12 +39,13 @@ namespace {
 
 } // namespace
 
-/// Shows the cashier why a hook has failed, and passes its result on.
+/// Shows the cashier why a hook has failed, and passes its result on. The reason may be the server's own words, and a
+/// server may repeat the credentials that it was sent.
 bool Checkout::told(bool result) const
 {
     const QString text = system.getLastErrorString().ru();
     if (!result && !text.isEmpty()) {
-        cashier().show(text);
+        cashier().show(redact(text));
     }
     system.clearLastErrorString();
     return result;
@@ -79,7 +81,7 @@ bool Checkout::presentPhone(const QString& number)
     requireNoPoints();
     const CardNumberResult found = system.getCardNumber({ loyalty::CardNumberInputData::phone, number });
     if (!found.ok) {
-        cashier().show(found.error.ru());
+        cashier().show(redact(found.error.ru()));
     }
     return found.ok && !found.cardNumber.isEmpty() && presentCard(found.cardNumber);
 }

@@ -3,6 +3,7 @@
 #include "host/facilities/tr.h"
 #include "host/framework/activity_notifier.h"
 #include "till/desk/cashier.h"
+#include "till/facilities/redaction.h"
 
 namespace till {
 
@@ -21,7 +22,7 @@ void DeskListener::handleEvent(const Event& event)
         cashier().show(event.value(QStringLiteral("message"), QVariant()).value<tr::Tr>().ru());
         break;
     case EActivityListener::couponRefused:
-        cashier().show(event.value(QStringLiteral("text"), QVariant()).value<tr::Tr>().ru());
+        cashier().show(redact(event.value(QStringLiteral("text"), QVariant()).value<tr::Tr>().ru()));
         break;
     default:
         break;

@@ -1,6 +1,7 @@
 #include "host/framework/dialog.h"
 
 #include "till/desk/cashier.h"
+#include "till/facilities/redaction.h"
 
 template class MockFactory<Dialog>;
 
@@ -48,6 +49,12 @@ namespace {
     return line;
 }
 
+/// A server's words may repeat the credentials that it was sent.
+void showToCashier(const tr::Tr& text)
+{
+    till::cashier().show(till::redact(text.ru()));
+}
+
 } // namespace
 
 Dialog::Dialog() = default;
@@ -61,15 +68,15 @@ core::BasicDialog::Result Dialog::showForm(const core::InputForm& form)
         return core::BasicDialog::Result();
     }
     return core::BasicDialog::Result(cutTo(form.lengthLimit, *line),
-                                     [](const tr::Tr& text) { till::cashier().show(text.ru()); });
+                                     showToCashier);
 }
 
 void Dialog::showError(const tr::Tr& text, int /*first*/, int /*second*/)
 {
-    till::cashier().show(text.ru());
+    showToCashier(text);
 }
 
 void Dialog::showMessage(const tr::Tr& text, int /*first*/, int /*second*/, int /*third*/)
 {
-    till::cashier().show(text.ru());
+    showToCashier(text);
 }

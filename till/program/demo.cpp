@@ -47,6 +47,10 @@ namespace {
                                               "--output DIR")
                                    .arg(name));
         }
+        // Databases and slips tell who has bought what.
+        if (!QFile::setPermissions(name, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner)) {
+            throw CommandError(QStringLiteral("the folder %1 cannot be closed to others").arg(name));
+        }
         return QFileInfo(name).canonicalFilePath();
     }
 

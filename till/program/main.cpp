@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+#include <sys/resource.h>
+
 // The command line: what can be asked for, and which function does it. What goes wrong is told in one line on standard
 // error, and by the exit status: 1 when the command has failed, 2 when it was not understood.
 
@@ -75,6 +77,13 @@ void logQtMessage(QtMsgType type, const QMessageLogContext& /*context*/, const Q
     }
 }
 
+/// A core would hold the credentials that the till has in its memory.
+void leaveNoCore()
+{
+    const rlimit none {};
+    ::setrlimit(RLIMIT_CORE, &none);
+}
+
 /// Qt's application for the commands that need one; `play` and `demo` fork, and make theirs afterwards.
 void withApplication(int argc, char** argv, const std::function<void()>& command)
 {
@@ -86,6 +95,7 @@ void withApplication(int argc, char** argv, const std::function<void()>& command
 
 int main(int argc, char** argv)
 {
+    leaveNoCore();
     ::setenv("QT_QPA_PLATFORM", "offscreen", 0); // pictures of slips need no screen
 
     CLI::App app("The reference till of the Vantiro loyalty plug-in.", "vantiro-till");

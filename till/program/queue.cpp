@@ -1,4 +1,5 @@
 #include "till/delivery/delivery.h"
+#include "till/facilities/redaction.h"
 #include "till/program/commands.h"
 #include "till/program/player_session.h"
 #include "till/store/queue_records.h"
@@ -10,6 +11,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QUrl>
 
 #include <algorithm>
 #include <cstdio>
@@ -46,6 +48,11 @@ namespace {
         if (headers.contains(QStringLiteral("Authorization"))) {
             headers[QStringLiteral("Authorization")] = QStringLiteral("***");
             message[QStringLiteral("headers")] = headers;
+        }
+        QUrl address(message[QStringLiteral("url")].toString());
+        if (!address.userInfo().isEmpty()) {
+            address.setUserInfo(QString());
+            message[QStringLiteral("url")] = address.toString();
         }
         return message;
     }
@@ -85,7 +92,7 @@ namespace {
             writeLine(QStringLiteral("reason: ") + record.reason);
         }
         if (record.state == RecordState::damaged) {
-            writeLine(QString::fromUtf8(record.message));
+            writeLine(redact(QString::fromUtf8(record.message)));
             return 0;
         }
         const QJsonObject message = shownMessage(record);

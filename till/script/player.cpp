@@ -3,6 +3,7 @@
 #include "host/facilities/finally.h"
 #include "till/desk/desk_error.h"
 #include "till/exchange_events.h"
+#include "till/facilities/redaction.h"
 #include "till/script/arguments.h"
 
 #include <algorithm>
@@ -63,13 +64,13 @@ Player::Player(const Parts& playerParts)
             exchanges.append(event);
         }
         if (parts.showWire) {
-            const auto lines = [](const QByteArray& text) { return QString::fromUtf8(text).trimmed(); };
+            const auto lines = [](const QByteArray& text) { return redact(QString::fromUtf8(text)).trimmed(); };
             parts.screen.write(QStringLiteral("    → %1 %2\n%3").arg(event.address, event.action, lines(event.request)));
             parts.screen.write(
                 event.failure.isEmpty()
                     ? QStringLiteral("    ← %1, %2 ms\n%3")
                           .arg(QString::number(event.status), QString::number(event.milliseconds), lines(event.reply))
-                    : QStringLiteral("    ← %1\n%2").arg(event.failure, lines(event.reply)));
+                    : QStringLiteral("    ← %1\n%2").arg(redact(event.failure), lines(event.reply)));
         }
     });
 }
