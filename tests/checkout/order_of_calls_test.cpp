@@ -57,8 +57,10 @@ TEST_F(OrderOfCalls, PointsAreAskedForLimitedSetAndSpent)
     EXPECT_TRUE(till().payPoints(30.0));
     EXPECT_EQ(
         told(),
-        "hook hasPointsForSpend\npost GetCardDiscountAmount\nhook getPointsForSpend\nhook setPointsForSpend 30.00\n"
-        "hook spendPoints\npost SubtractBonus45");
+        "hook hasPointsForSpend\npost GetCardDiscountAmount\nhook getPointsForSpend\n"
+        "show Баллами можно оплатить 50.00, не больше: сервис предлагает 50.00\n"
+        "show Можно и меньше: 49.00, 48.00, 47.00\n"
+        "hook setPointsForSpend 30.00\nhook spendPoints\npost SubtractBonus45");
 }
 
 TEST_F(OrderOfCalls, PointsOnAChangedChequeAreAskedAfterTheRequest)

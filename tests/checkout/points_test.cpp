@@ -62,6 +62,17 @@ TEST_F(Points, AreCappedByTheBalance)
     EXPECT_EQ(amountAsked(), "12.00") << "whole points";
 }
 
+TEST_F(Points, CashierIsToldWhyNotMore)
+{
+    service.answer(u"GetCardBalance"_s, uR"(<B><Balance Value="12,70"/></B>)"_s);
+    ASSERT_TRUE(till().presentCard(u"9000000001"_s));
+    static_cast<void>(told());
+    EXPECT_TRUE(till().payPoints({}));
+    EXPECT_EQ(told(u"show Балл"_s),
+              "show Баллами можно оплатить 12.00, не больше: на карте 12.70, шаг списания 1.00");
+    EXPECT_EQ(amountAsked(), "12.00");
+}
+
 TEST_F(Points, AreCappedByWhatIsDue)
 {
     till().payCash(600.0); // of 629.80
@@ -92,7 +103,8 @@ TEST_F(Points, OfLessThanOneAreNone)
     ASSERT_TRUE(till().presentCard(u"9000000001"_s));
     static_cast<void>(told());
     EXPECT_FALSE(till().payPoints({}));
-    EXPECT_EQ(told(u"show"_s), "show Нет баллов для списания");
+    EXPECT_EQ(told(u"show"_s),
+              "show Нет баллов для списания\nshow Баллами не оплатить: на карте 0.70, шаг списания 1.00");
     EXPECT_EQ(amountAsked(), "(none)") << "nothing is not spent";
 }
 
@@ -117,7 +129,7 @@ TEST_F(Points, ThatTheServerRefusesAreNotOnTheCheque)
     service.refuse(u"SubtractBonus45"_s, u"Карта заблокирована"_s);
     static_cast<void>(told());
     EXPECT_FALSE(till().payPoints(10.0));
-    EXPECT_EQ(told(u"show"_s), "show Карта заблокирована");
+    EXPECT_EQ(told(u"show К"_s), "show Карта заблокирована");
     EXPECT_EQ(money(), "179.80 450.00 | discount 0.00, points 0.00, due 629.80");
     EXPECT_FALSE(plugin().hasBonusImpacts());
 }

@@ -122,6 +122,7 @@ private:
     void linesChanged();
     bool requestIfChanged();
     bool told(bool result) const;
+    void explainPoints(double most) const;
     void pay(const QString& number, int operation, int code, std::optional<double> amount);
     bool tellClosed();
     void tellCancelled();

@@ -4,6 +4,7 @@
 #include "host/facilities/finally.h"
 #include "till/desk/cashier.h"
 #include "till/desk/desk_error.h"
+#include "till/desk/points_limit.h"
 #include "till/document/card.h"
 #include "till/document/totals.h"
 #include "till/facilities/redaction.h"
@@ -154,9 +155,11 @@ bool Checkout::payPoints(std::optional<double> amount)
     if (kopecks(most) <= 0) {
         if (system.getLastErrorString().ru().isEmpty()) {
             cashier().show(QStringLiteral("Нет баллов для списания"));
+            explainPoints(most);
         }
         return told(false);
     }
+    explainPoints(most);
 
     if (amount && kopecks(*amount) > kopecks(most)) {
         throw DeskError(QStringLiteral("points can pay %1 at most").arg(money(most)));
@@ -179,6 +182,21 @@ bool Checkout::payPoints(std::optional<double> amount)
     }
     save();
     return told(spent && system.hasBonusImpacts());
+}
+
+/// Where the customer asks "why not more".
+void Checkout::explainPoints(double most) const
+{
+    const ChequeContents& cheque = contents();
+    const auto card = cheque.card(system.getCardMode()).dynamicCast<Card>();
+    if (!card || kopecks(card->fields.pointsForSpend) <= 0) {
+        return; // nothing was offered, perhaps because nobody could be asked
+    }
+    for (const QString& line : explained({ card->fields.pointsForSpend, std::min(roomForPoints(cheque), due()),
+                                           card->fields.bonusBalance.toDouble(), system.getRoundPrecisionForSpend(),
+                                           most })) {
+        cashier().show(line);
+    }
 }
 
 bool Checkout::rollback()
