@@ -25,6 +25,13 @@ struct ExchangeEvent {
 /// throw, and must not exchange anything itself. [any-thread]
 VANTIRO_HOST_API void observeExchanges(std::function<void(const ExchangeEvent&)> observer);
 
+/// From now on the function answers in place of the network; an empty one gives the network back. It gets the address, the
+/// action and the request, and fills in the rest; without a status nobody has answered. It must not throw. [any-thread]
+VANTIRO_HOST_API void answerExchanges(std::function<void(ExchangeEvent&)> answer);
+
+/// Lets the function answer, if there is one, and tells so. For the HTTP client. [any-thread]
+[[nodiscard]] bool answerExchange(ExchangeEvent& event);
+
 /// Tells the observer, if there is one. For the HTTP client. [any-thread]
 void tellExchange(const ExchangeEvent& event);
 

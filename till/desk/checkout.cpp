@@ -106,6 +106,7 @@ namespace {
 
 Checkout::Checkout()
     : system(announcedSystem())
+    , hooks(system)
     , listener(std::make_unique<DeskListener>())
 {
 }
@@ -207,9 +208,9 @@ void Checkout::putOut()
     const QSharedPointer<AbstractDocument> document = this->document();
     requireGoingOn();
     requireNoPoints(); // the plug-in does not bring a spending back with the cheque unless it is configured to
-    system.beforePutoutCheck();
+    hooks.beforePutoutCheck();
     store::saveAs(document, DocumentState::aside);
-    system.afterPutoutCheck();
+    hooks.afterPutoutCheck();
     end();
 }
 
@@ -220,7 +221,7 @@ void Checkout::reveal(int number, std::optional<int> newNumber)
         open(step, [number, newNumber] { return broughtBack(number, newNumber); });
         unsaved = step;
     }
-    system.revealCheck();
+    hooks.revealCheck();
     // By default the plug-in forgets the coupons of a cheque that was set aside.
     if (!Singleton<Config>::get()->getBool(QStringLiteral("Vantiro:restoreLoyaltyState"), false)
         && !contents().coupons.isEmpty()) {
@@ -253,7 +254,7 @@ bool Checkout::restore()
         setOpenDocument(current);
         Singleton<ActivityNotifier>::get()->notify(Event(EActivityListener::restoreDocument));
         if (contents().head.deferred && current->getPluginDataJson().isEmpty()) {
-            system.revealCheck(); // the till died in between: a return would miss the number that the service knows
+            hooks.revealCheck(); // the till died in between: a return would miss the number that the service knows
         }
         repeatRollback();
         // The plug-in saves what it learns before the till has put it on the document, which carries no discounts while

@@ -3,6 +3,7 @@
 #include "host/document/abstract_document.h"
 #include "host/export.h"
 #include "host/framework/basic_loyalty_system.h"
+#include "till/desk/loyalty_calls.h"
 #include "till/document/cheque_contents.h"
 #include "till/framework/task_runner.h"
 
@@ -134,6 +135,7 @@ private:
     void repeatRollback();
 
     BasicLoyaltySystem& system;
+    LoyaltyCalls hooks;
     QSharedPointer<AbstractDocument> current;
     TaskRunner tasks;
     std::unique_ptr<DeskListener> listener;

@@ -96,14 +96,14 @@ bool Checkout::tellClosed()
 {
     if (!committed) {
         system.clearLastErrorString();
-        committed = !system.hasCard() || system.commit(current);
+        committed = !system.hasCard() || hooks.commit(current);
         static_cast<void>(told(*committed));
     }
     if (!announced) {
         Singleton<ActivityNotifier>::get()->notify(about(EActivityListener::documentClosed, current));
         announced = true;
     }
-    system.clearAfterClose();
+    hooks.clearAfterClose();
     store::saveAs(current, DocumentState::closed);
     const bool done = *committed;
     end();
@@ -130,8 +130,8 @@ void Checkout::tellCancelled()
         Singleton<ActivityNotifier>::get()->notify(about(EActivityListener::documentCancelled, current));
         announced = true;
     }
-    system.cancel();
-    system.clearAfterClose();
+    hooks.cancel();
+    hooks.clearAfterClose();
     store::saveAs(current, DocumentState::cancelled);
     end();
 }

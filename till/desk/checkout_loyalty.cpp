@@ -62,7 +62,7 @@ bool Checkout::presentCard(const QString& number)
     const auto card = QSharedPointer<Card>::create(fields);
     QSharedPointer<DocumentCardRecord> record = card;
     system.clearLastErrorString();
-    const bool ours = system.identifyByCard(record, ECardNumberType());
+    const bool ours = hooks.identifyByCard(record, number);
     if (!ours) {
         if (system.getLastErrorString().ru().isEmpty()) {
             cashier().show(QStringLiteral("Карта %1 не принята").arg(number));
@@ -80,7 +80,7 @@ bool Checkout::presentPhone(const QString& number)
 {
     requireGoingOn();
     requireNoPoints();
-    const CardNumberResult found = system.getCardNumber({ loyalty::CardNumberInputData::phone, number });
+    const CardNumberResult found = hooks.cardNumberOfPhone(number);
     if (!found.ok) {
         cashier().show(redact(found.error.ru()));
     }
@@ -96,7 +96,7 @@ bool Checkout::request()
     requireNoPayments();
     ChequeContents& cheque = contents();
     system.clearLastErrorString();
-    const bool done = askUndiscounted(cheque, [this] { return system.request(current); });
+    const bool done = askUndiscounted(cheque, [this] { return hooks.request(current); });
     const QList<QSharedPointer<DiscountImpact>> granted = system.getDiscountImpacts();
     if (done && !(granted.isEmpty() && keepsDiscounts)) {
         setLoyaltyDiscounts(cheque, granted);
@@ -144,13 +144,13 @@ bool Checkout::payPoints(std::optional<double> amount)
     ChequeContents& cheque = contents();
     system.clearLastErrorString();
     const bool offered = system.getDiscountImpacts().isEmpty()
-        ? system.hasPointsForSpend()
-        : askUndiscounted(cheque, [this] { return system.hasPointsForSpend(); });
+        ? hooks.hasPointsForSpend()
+        : askUndiscounted(cheque, [this] { return hooks.hasPointsForSpend(); });
     save();
     double most = 0.0;
     if (offered) {
         cheque.head.sumToPay = std::min(roomForPoints(cheque), due());
-        most = system.getPointsForSpend(current); // whole points: may be none where there is less than one
+        most = hooks.getPointsForSpend(current); // whole points: may be none where there is less than one
     }
     if (kopecks(most) <= 0) {
         if (system.getLastErrorString().ru().isEmpty()) {
@@ -164,7 +164,7 @@ bool Checkout::payPoints(std::optional<double> amount)
     if (amount && kopecks(*amount) > kopecks(most)) {
         throw DeskError(QStringLiteral("points can pay %1 at most").arg(money(most)));
     }
-    system.setPointsForSpend(current, amount.value_or(most));
+    hooks.setPointsForSpend(current, amount.value_or(most));
     const Rollback former = rollbackMark();
     markRollback(Rollback::none); // goes to disk with the spending, if it comes to one
     bool spent = false;
@@ -178,7 +178,7 @@ bool Checkout::payPoints(std::optional<double> amount)
             keepsDiscounts = true;
             setSpentPoints(cheque, system.getBonusImpactsForSpend());
         });
-        spent = system.spendPoints();
+        spent = hooks.spendPoints();
     }
     save();
     return told(spent && system.hasBonusImpacts());
@@ -219,7 +219,7 @@ bool Checkout::rollback()
         markRollback(former); // a later save would tell of a question that nobody has asked
         throw;
     }
-    const bool done = system.rollback(current);
+    const bool done = hooks.rollback(current);
     if (done) {
         setSpentPoints(contents(), {});
         changed = true;
@@ -257,7 +257,7 @@ void Checkout::repeatRollback()
         static_cast<void>(rollback());
         break;
     case Rollback::done:
-        static_cast<void>(system.cancel());
+        static_cast<void>(hooks.cancel());
         break;
     }
 }

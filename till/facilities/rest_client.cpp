@@ -51,6 +51,16 @@ struct RestClient::Private {
 
 void RestClient::Private::exchange(const QUrl& url, const QByteArray& content, const QHash<QString, QString>& headers)
 {
+    const QString address = till::shownAddress(url);
+    till::ExchangeEvent event { address, headers.value(u"SOAPAction"_s).section(u'/', -1), content, 0, {}, {}, 0 };
+    if (till::answerExchange(event)) {
+        ending = event.status == 0 ? Ending::noReply : Ending::reply;
+        status = event.status;
+        body = event.reply;
+        error = event.failure.isEmpty() ? tr::Tr() : tr::Tr(event.failure);
+        till::tellExchange(event);
+        return;
+    }
     QElapsedTimer clock;
     clock.start();
     till::HttpResult result = ask(url, content, headers);
@@ -62,10 +72,13 @@ void RestClient::Private::exchange(const QUrl& url, const QByteArray& content, c
         status = result.status;
         body.swap(result.body);
     }
-    const QString address = till::shownAddress(url);
     describe(address, result);
     log(address, result, took);
-    till::tellExchange({ address, headers.value(u"SOAPAction"_s).section(u'/', -1), content, status, body, error.ru(), took });
+    event.status = status;
+    event.reply = body;
+    event.failure = error.ru();
+    event.milliseconds = took;
+    till::tellExchange(event);
 }
 
 till::HttpResult RestClient::Private::ask(const QUrl& url, const QByteArray& content,

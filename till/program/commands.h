@@ -2,11 +2,13 @@
 
 #include "till/program/surroundings.h"
 #include "till/script/service_control.h"
+#include "till/script/trace.h"
 
 #include <QList>
 #include <QString>
 #include <QStringList>
 
+#include <memory>
 #include <optional>
 
 // The commands of the program. Each gives the exit status, writes its results to standard output, and throws
@@ -18,9 +20,15 @@ struct PlayOptions {
     QString script; // a file, or "-" for standard input
     QList<ControlledServer> servers;
     bool showWire = false;
+    QString trace; // a new file that tells what was done; empty for none
+    std::shared_ptr<TraceAnswers> answers; // replies come from there, and nothing goes over a network
+    bool quiet = false; // say nothing but what went wrong
 };
 
 [[nodiscard]] int play(const PlayOptions& options);
+
+/// Does again what the trace tells, without a network, and gives 1 when anything comes out otherwise.
+[[nodiscard]] int replay(const QString& trace, const QString& plugin);
 [[nodiscard]] int shell(const PlayOptions& options);
 [[nodiscard]] int doctor(const Places& places);
 

@@ -120,11 +120,21 @@ int main(int argc, char** argv)
     play.add_option("FILE", script, "The script, or - for standard input")->required();
     play.add_option("--sandbox", sandboxes, sandboxHelp);
     play.add_flag("--wire", playing.showWire, "Show each request and reply");
+    std::string trace;
+    play.add_option("--trace", trace, "A new file that tells all that is done, for replay; credentials are masked");
     common.addTo(play, true);
     play.callback([&] {
         preparePlaying();
+        playing.trace = text(trace);
         status = till::play(playing);
     });
+
+    CLI::App& replay = *app.add_subcommand(
+        "replay", "Do again what a trace tells, without a network; status 1 when anything comes out otherwise");
+    std::string recorded;
+    replay.add_option("FILE", recorded, "The trace that play --trace has written")->required();
+    replay.add_option("--plugin", common.plugin, "The plug-in libvantiro.so [beside the program, or as installed]");
+    replay.callback([&] { status = till::replay(text(recorded), text(common.plugin)); });
 
     CLI::App& shell = *app.add_subcommand("shell", "Work the till by hand, with history and completion");
     shell.add_option("--sandbox", sandboxes, sandboxHelp);

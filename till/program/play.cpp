@@ -22,7 +22,12 @@ namespace till {
 
 namespace {
 
-    [[nodiscard]] QList<ScriptLine> readScript(const QString& name)
+    struct Script {
+        QString text;
+        QList<ScriptLine> lines;
+    };
+
+    [[nodiscard]] Script readScript(const QString& name)
     {
         QFile file;
         const bool opened = name == u"-" ? file.open(stdin, QIODevice::ReadOnly)
@@ -31,7 +36,8 @@ namespace {
             throw CommandError(QStringLiteral("the script %1 cannot be read: %2").arg(name, file.errorString()));
         }
         try {
-            return parseScript(QString::fromUtf8(file.readAll()));
+            const QString text = QString::fromUtf8(file.readAll());
+            return { text, parseScript(text) };
         } catch (const ScriptError& error) {
             throw CommandError(QStringLiteral("%1, %2").arg(name, error.text()));
         }
@@ -45,13 +51,28 @@ namespace {
         std::abort();
     }
 
+    void beginTrace(const PlayOptions& options, const QString& script)
+    {
+        QFile configuration(options.places.configFile());
+        try {
+            TraceRecorder::begin(
+                options.trace,
+                { script, configuration.open(QIODevice::ReadOnly) ? QString::fromUtf8(configuration.readAll()) : QString(),
+                  options.servers, {} });
+        } catch (const ScriptError& error) {
+            throw CommandError(error.text());
+        }
+    }
+
     /// Plays from that line on. The lines carried out are told through the pipe, for whoever goes on after a crash.
     [[nodiscard]] int playFrom(const QList<ScriptLine>& script, qsizetype first, const PlayOptions& options, int pipe)
     {
         const ScriptLine* current = nullptr;
         const auto fail = [&](const QString& text) {
             const QString place = current == nullptr ? QString() : QStringLiteral(":%1").arg(current->number);
-            std::fprintf(stderr, "vantiro-till: %s%s: %s\n", qPrintable(options.script), qPrintable(place), qPrintable(text));
+            if (!options.quiet) {
+                std::fprintf(stderr, "vantiro-till: %s%s: %s\n", qPrintable(options.script), qPrintable(place), qPrintable(text));
+            }
             return 1;
         };
         try {
@@ -59,13 +80,13 @@ namespace {
             char name[] = "vantiro-till";
             char* argv[] = { name, nullptr };
             const QGuiApplication application(argc, argv); // for the pictures of slips
-            PlayerSession session(options, {}, die);
+            PlayerSession session(options, {}, die, first);
             for (qsizetype i = first; i < script.size(); ++i) {
                 current = &script.at(i);
                 if (::write(pipe, &i, sizeof i) != sizeof i) {
                     return fail(QStringLiteral("the process that watches is gone"));
                 }
-                session.player().play(*current);
+                session.play(*current, i);
             }
             session.player().end();
         } catch (const ScriptError& error) {
@@ -94,7 +115,10 @@ namespace {
 
 int play(const PlayOptions& options)
 {
-    const QList<ScriptLine> script = readScript(options.script);
+    const auto [text, script] = readScript(options.script);
+    if (!options.trace.isEmpty()) {
+        beginTrace(options, text);
+    }
     for (qsizetype first = 0;;) {
         int ends[2] = { -1, -1 };
         if (::pipe(ends) != 0) {
@@ -125,7 +149,9 @@ int play(const PlayOptions& options)
                          WTERMSIG(status));
             return 1;
         }
-        writeLine(QStringLiteral("    the till was killed and starts again"));
+        if (!options.quiet) {
+            writeLine(QStringLiteral("    the till was killed and starts again"));
+        }
         first = *last + 1;
     }
 }

@@ -25,20 +25,71 @@ namespace {
 } // namespace
 
 PlayerSession::PlayerSession(const PlayOptions& options, std::function<std::optional<QString>(const QString&)> ask,
-                             std::function<void()> crash)
+                             std::function<void()> crash, qsizetype firstStep)
 try : till(options.places)
     , plugin(options.places.pluginFile())
-    , screen(writeLine, std::move(ask))
+    , screen(options.quiet ? [](const QString&) { } : writeLine, std::move(ask))
     , delivery(deliverySettings())
     , service(options.servers)
+    , answers(options.answers)
 {
+    if (answers) {
+        answers->step(firstStep);
+        answerExchanges([this](ExchangeEvent& event) { answers->answer(event); });
+    }
+    if (!options.trace.isEmpty()) {
+        recorder.emplace(options.trace);
+        recorder->step(firstStep);
+    }
     setSlipFolder(Singleton<Config>::get()->getString(QStringLiteral("Till:slips"), QString()));
-    thePlayer.emplace(Player::Parts { checkout, screen, delivery, service, std::move(crash), options.showWire });
+    thePlayer.emplace(Player::Parts { checkout, screen, delivery, service, std::move(crash), options.showWire,
+                                     [this](const ExchangeEvent& event) {
+                                         if (recorder) {
+                                             recorder->exchanged(event);
+                                         }
+                                     } });
     static_cast<void>(checkout.restore());
+    if (recorder && !screen.shown().isEmpty()) {
+        recorder->said(screen.shown(), screen.printed());
+    }
 } catch (const DeskError& error) {
+    throw CommandError(error.text());
+} catch (const ScriptError& error) {
     throw CommandError(error.text());
 } catch (const BasicException& failure) {
     throw CommandError(failure.tr().ru());
+}
+
+PlayerSession::~PlayerSession()
+{
+    answerExchanges({});
+}
+
+void PlayerSession::play(const ScriptLine& line, qsizetype step)
+{
+    const QString& verb = line.words.constFirst();
+    if (answers) {
+        answers->step(step);
+    }
+    if (recorder) {
+        recorder->step(step);
+    }
+    // Nobody's books are there to look at, and no service to control.
+    const bool needsService = verb == u"server" || line.words.value(1) == u"books";
+    try {
+        if (!answers || !needsService) {
+            thePlayer->play(line);
+        }
+    } catch (const ScriptError& error) {
+        if (recorder && !needsService) {
+            recorder->failed(error.text());
+        }
+        throw;
+    }
+    const bool looksBack = verb == u"expect" || verb == u"show"; // what was said before still stands
+    if (recorder && !needsService && !looksBack) {
+        recorder->said(screen.shown(), screen.printed());
+    }
 }
 
 void PlayerSession::deliverBeside()

@@ -9,6 +9,7 @@
 #include "till/script/screen.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace till {
@@ -17,10 +18,17 @@ namespace till {
 /// document that was open when the till ended last time is brought back. Throws `CommandError`. [cheque-thread]
 class PlayerSession {
 public:
+    /// `firstStep` is where a trace goes on.
     PlayerSession(const PlayOptions& options, std::function<std::optional<QString>(const QString&)> ask,
-                  std::function<void()> crash);
+                  std::function<void()> crash, qsizetype firstStep = 0);
+
+    ~PlayerSession();
+    PlayerSession(const PlayerSession&) = delete;
+    PlayerSession& operator=(const PlayerSession&) = delete;
 
     [[nodiscard]] Player& player();
+    /// Carries out a line of a script, and writes it down when a trace is asked for. Throws as the player does.
+    void play(const ScriptLine& line, qsizetype step);
     /// From now on the queue is delivered beside the work, as in a shop.
     void deliverBeside();
 
@@ -31,6 +39,8 @@ private:
     Checkout checkout;
     Delivery delivery;
     ServiceControl service;
+    std::shared_ptr<TraceAnswers> answers;
+    std::optional<TraceRecorder> recorder;
     std::optional<Player> thePlayer;
     std::optional<DeliveryWorker> worker; // ends first: it uses the store
 };

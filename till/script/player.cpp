@@ -63,6 +63,9 @@ Player::Player(const Parts& playerParts)
             const std::lock_guard lock(mutex);
             exchanges.append(event);
         }
+        if (parts.recordExchange) {
+            parts.recordExchange(event);
+        }
         if (parts.showWire) {
             const auto lines = [](const QByteArray& text) { return redact(QString::fromUtf8(text)).trimmed(); };
             parts.screen.write(QStringLiteral("    → %1 %2\n%3").arg(event.address, event.action, lines(event.request)));

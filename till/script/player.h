@@ -37,6 +37,8 @@ public:
         /// Ends the process as a loss of power would; unset where nobody would start it again.
         std::function<void()> crash = {};
         bool showWire = false; // tell each exchange as it was
+        /// Gets every exchange, on the thread that made it.
+        std::function<void(const ExchangeEvent&)> recordExchange = {};
     };
 
     explicit Player(const Parts& parts);

@@ -2,6 +2,7 @@
 
 #include "till/store/document_json.h"
 #include "till/store/store.h"
+#include "till/work_events.h"
 
 #include <QDateTime>
 #include <QVariant>
@@ -47,17 +48,19 @@ namespace {
 
 void saveAs(const QSharedPointer<AbstractDocument>& document, DocumentState state)
 {
+    const QString body = QString::fromUtf8(toJson(document));
     QSqlQuery query = prepare(QStringLiteral(
         "INSERT INTO documents (identity, body, extra, saved_at, state, type, number) VALUES (?, ?, '', ?, ?, ?, ?) "
         "ON CONFLICT (identity) DO UPDATE SET body = excluded.body, saved_at = excluded.saved_at, "
         "state = excluded.state, type = excluded.type, number = excluded.number"));
     query.addBindValue(document->getDocumentIdentity());
-    query.addBindValue(QString::fromUtf8(toJson(document)));
+    query.addBindValue(body);
     query.addBindValue(QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs));
     query.addBindValue(nameOf(state));
     query.addBindValue(document->getDocumentType());
     query.addBindValue(document->getChequeNumber());
     executeEnding(query);
+    tellWork({ QStringLiteral("save"), nameOf(state), body });
 }
 
 void quarantine(const QString& identity)

@@ -3,6 +3,7 @@
 
 #include "till/store/document_json.h"
 #include "till/store/store.h"
+#include "till/work_events.h"
 
 #include <QDateTime>
 
@@ -38,4 +39,5 @@ void SaveToFileLogic::save(const QSharedPointer<AbstractDocument>& document, con
     query.addBindValue(extra.isNull() ? QStringLiteral("") : extra); // a null text would be bound as NULL
     query.addBindValue(QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs));
     till::store::executeEnding(query); // one statement, hence one transaction: the old state or the new one, never a mixture
+    till::tellWork({ QStringLiteral("save"), QString(), QString::fromUtf8(body) });
 }
