@@ -19,6 +19,9 @@ struct BonusSums {
 {
     BonusSums sums;
     for (const QSharedPointer<BonusImpact>& impact : bonusImpacts) {
+        if (!impact) {
+            continue; // restored from a record that was none
+        }
         const QMap<int, QSharedPointer<DocumentImpactDetail>> details = impact->getDetails();
         for (auto it = details.cbegin(); it != details.cend(); ++it) {
             if (it.value()) {

@@ -53,7 +53,9 @@ void VantiroInterface::addChequeTag(const QSharedPointer<AbstractDocument>& docu
 {
     double discount = 0.0;
     for (const QSharedPointer<DiscountImpact>& impact : discountImpacts) {
-        discount += impact->getTotals()->getDiscountSum();
+        if (impact) { // a restored list may hold a record that was none
+            discount += impact->getTotals()->getDiscountSum();
+        }
     }
 
     // A cheque that was set aside keeps its first identity; each key counts by its presence, whatever its value.

@@ -40,6 +40,9 @@ struct Reconciliation {
         }
     }
     for (const QSharedPointer<DiscountImpact>& impact : discountImpacts) {
+        if (!impact) {
+            continue; // restored from a record that was none
+        }
         const QSharedPointer<DocumentImpactDetail> totals = impact->getTotals();
         if (totals->getDiscountObject() != EDiscountObject::position) {
             continue; // a discount on the whole cheque acts on the cheque's amount alone

@@ -59,7 +59,7 @@ bool Vantiro::rollback(const QSharedPointer<AbstractDocument>& doc)
     if (!bonusImpacts.isEmpty() && !isOfflineMode(doc)) {
         double sum = 0.0;
         for (const QSharedPointer<BonusImpact>& impact : bonusImpacts) {
-            sum += impact->getTotals()->getDiscountSum();
+            sum += impact ? impact->getTotals()->getDiscountSum() : 0.0; // a restored record may have been none
         }
         if (sum > 0.005) {
             try {

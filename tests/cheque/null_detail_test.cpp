@@ -31,4 +31,25 @@ TEST_F(NullDetail, OfTheDocumentIsNoPointSpent)
     EXPECT_EQ(attribute(rootOf(ordinaryCheque(document())), "SubtractedBonus"), "30.00");
 }
 
+// A record that was none when it was stored comes back as none.
+
+TEST_F(NullDetail, OfTheGrantedDiscountsIsPassedOver)
+{
+    const QDomElement cheque = rootOf(ordinaryCheque(
+        DocumentBuilder().line(Goods(1, u"1001"_s, 100.0)).build(),
+        { nullptr, discountImpact(Detail(record_name::positionDiscount).on(1).code(7).sum(10.0)) }));
+
+    EXPECT_EQ(attribute(cheque, "Amount"), "90.00");
+    EXPECT_EQ(attribute(lineOf(cheque.ownerDocument(), 1), "Amount"), "90.00");
+}
+
+TEST_F(NullDetail, OfTheSpentPointsIsPassedOver)
+{
+    const QDomDocument source = ordinaryCheque(DocumentBuilder().line(Goods(1, u"1001"_s, 100.0)).build());
+    const QDomElement cheque
+        = rootOf(client.buildAccrualXmlCheck(source, { nullptr, bonusImpact({ { 1, 30.0 } }) }, {}, {}, {}));
+
+    EXPECT_EQ(attribute(cheque, "SubtractedBonus"), "30.00");
+}
+
 } // namespace

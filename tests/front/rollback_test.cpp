@@ -60,6 +60,18 @@ TEST(Rollback, GivesTheSumOfAllSpendingsBackInOneRequest)
     EXPECT_TRUE(till.server.take("CancelSubtractBonus").contains(u"<tem:amount>33.75</tem:amount>"_s));
 }
 
+// A record that was none when it was stored comes back as none.
+TEST(Rollback, PassesOverASpendingThatIsNone)
+{
+    TillAtWork till;
+    till.plugin.bonusImpacts = { nullptr, bonusImpact({ { 1, 10.25 } }) };
+    answerCancel(till);
+
+    EXPECT_TRUE(till.plugin.rollback(till.document()));
+
+    EXPECT_TRUE(till.server.take("CancelSubtractBonus").contains(u"<tem:amount>10.25</tem:amount>"_s));
+}
+
 TEST(Rollback, SumIsOfTheTotalsAndNotOfTheDetails)
 {
     TillAtWork till;
