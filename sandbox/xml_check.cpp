@@ -59,6 +59,7 @@ private:
         return taken;
     }
 
+    /// The parser that runs afterwards passes over whatever stands there.
     void skipDeclaration()
     {
         if (startsWith("\xef\xbb\xbf")) {
@@ -67,11 +68,36 @@ private:
         if (!startsWith("<?xml") || at + 5 >= text.size() || !isBlank(text[at + 5])) {
             return;
         }
-        std::string declaration(takeTo("?>", "объявление XML"));
-        std::ranges::transform(declaration, declaration.begin(),
+        static constexpr std::string_view parts[] = { "version", "encoding", "standalone" };
+        const auto* next = std::begin(parts);
+        at += 5;
+        for (bool apart = skipBlanks(); !startsWith("?>"); apart = skipBlanks()) {
+            const std::string_view name = takeName();
+            const auto* const found = std::find(next, std::end(parts), name);
+            // The version is required, and stands first.
+            if (!apart || found == std::end(parts) || (next == std::begin(parts) && found != next)) {
+                throw Defect("неверное объявление XML");
+            }
+            checkDeclared(name, takeValue());
+            next = found + 1;
+        }
+        if (next == std::begin(parts)) {
+            throw Defect("неверное объявление XML");
+        }
+        at += 2;
+    }
+
+    static void checkDeclared(std::string_view name, std::string_view value)
+    {
+        std::string lower(value);
+        std::ranges::transform(lower, lower.begin(),
                                [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-        if (declaration.find("encoding") != std::string::npos && declaration.find("utf-8") == std::string::npos) {
-            throw Defect("кодировка не UTF-8");
+        if (name == "encoding") {
+            if (lower != "utf-8") {
+                throw Defect("кодировка не UTF-8");
+            }
+        } else if (name == "version" ? value != "1.0" : value != "yes" && value != "no") {
+            throw Defect("неверное объявление XML");
         }
     }
 
@@ -172,21 +198,27 @@ private:
             if (names.size() > limits.attributes) {
                 throw Defect("слишком много атрибутов");
             }
-            skipBlanks();
-            expect('=');
-            skipBlanks();
             scanValue();
         }
     }
 
-    void scanValue()
+    /// What stands behind a name: an equals sign and a text in quotation marks.
+    std::string_view takeValue()
     {
+        skipBlanks();
+        expect('=');
+        skipBlanks();
         if (at >= text.size() || (text[at] != '"' && text[at] != '\'')) {
             throw Defect("значение атрибута без кавычек");
         }
         const std::string_view quote = text.substr(at, 1);
         ++at;
-        const std::string_view value = takeTo(quote, "значение атрибута");
+        return takeTo(quote, "значение атрибута");
+    }
+
+    void scanValue()
+    {
+        const std::string_view value = takeValue();
         if (value.find('<') != std::string_view::npos) {
             throw Defect("знак < в значении атрибута");
         }

@@ -4,6 +4,8 @@
 #include "host/facilities/log_manager.h"
 #include "host/facilities/rest_client.h"
 #include "till/delivery/verdict.h"
+#include "till/facilities/http_request.h"
+#include "till/store/stored_text.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -29,6 +31,9 @@ namespace {
     /// None when the message is not what the plug-in writes.
     [[nodiscard]] std::optional<Posting> postingOf(const QByteArray& message)
     {
+        if (isLooseJson(message)) {
+            return std::nullopt;
+        }
         const QJsonObject object = QJsonDocument::fromJson(message).object();
         Posting posting;
         posting.url = QUrl(object[QStringLiteral("url")].toString());
@@ -42,6 +47,10 @@ namespace {
             posting.headers.insert(header.key(), header->toString());
         }
         if (posting.operation.isEmpty() || posting.body.isEmpty() || headers.isEmpty()) {
+            return std::nullopt;
+        }
+        // No server would ever be asked with such headers: the message would wait for one, and those behind it with it.
+        if (unusablePart(QUrl(QStringLiteral("http://server/")), posting.headers) != HttpFailure::none) {
             return std::nullopt;
         }
         return posting;

@@ -9,6 +9,7 @@
 #include "till/document/plugin_values.h"
 #include "till/document/return_by_sale.h"
 #include "till/store/stored_map.h"
+#include "till/store/stored_text.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -369,6 +370,9 @@ try {
     const StoredMap map(QJsonDocument::fromJson(text, &error).object());
     if (error.error != QJsonParseError::NoError) {
         refuseDocument(error.errorString());
+    }
+    if (isLooseJson(text)) {
+        refuseDocument(QStringLiteral("a text holds what no text can hold"));
     }
     const QString identity = map.text(u"identity");
     if (map.whole(u"version") != formatVersion || identity.isEmpty()) {

@@ -1,0 +1,66 @@
+#include "sandbox/xml_check.h"
+#include "tests/fuzz/corpus.h"
+#include "tests/fuzz/judge.h"
+#include "till/store/document_json.h"
+
+#include <gtest/gtest.h>
+
+// What the fuzzers have found, each under the rule that it broke.
+
+namespace {
+
+[[nodiscard]] std::string broken(std::string_view name)
+{
+    const fuzz::KeptInput& input = fuzz::keptInput(name);
+    try {
+        input.target->read({}); // what is made at the first use must not count as the time of an input
+        fuzz::judge(*input.target, input.text);
+        return "nothing";
+    } catch (const fuzz::BrokenPromise& promise) {
+        return promise.what();
+    }
+}
+
+} // namespace
+
+TEST(Regression, NameWithSignsOfNoNameIsAnotherNameAndNoFailure)
+{
+    EXPECT_EQ(broken("regressions/exchange/sign-in-a-name.txt"), "nothing");
+    EXPECT_EQ(broken("regressions/discounts/sign-in-a-name.xml"), "nothing");
+}
+
+TEST(Regression, MessageWithAControlCharacterAsItIsStepsAside)
+{
+    EXPECT_EQ(broken("regressions/queue_record/nul-as-it-is.txt"), "nothing");
+}
+
+TEST(Regression, MessageWhoseHeadersNobodyCanBeSentHoldsUpNone)
+{
+    EXPECT_EQ(broken("regressions/queue_record/nul-in-a-header.txt"), "nothing");
+    EXPECT_EQ(broken("regressions/queue_record/line-end-in-a-header.txt"), "nothing");
+}
+
+TEST(Regression, DocumentWithAControlCharacterAsItIsIsDamaged)
+{
+    const std::string& text = fuzz::keptInput("regressions/restore/control-character-as-it-is.json").text;
+    EXPECT_THROW(static_cast<void>(till::documentFromJson(QByteArray::fromStdString(text))), till::DamagedDocument);
+    EXPECT_EQ(broken("regressions/restore/control-character-as-it-is.json"), "nothing");
+}
+
+TEST(Regression, SandboxReadsTheDeclarationItself)
+{
+    EXPECT_EQ(broken("regressions/sandbox_request/declaration-without-equals-sign.xml"), "nothing");
+    EXPECT_EQ(sandbox::findXmlDefect("<?xml version \"1.0\"?><a/>", {}), "ожидался знак =");
+    for (const char* const declaration :
+         { "<?xml ?>", "<?xml version-'1.0'?>", "<?xml encoding='utf-8'?>", "<?xml version='1.0'encoding='utf-8'?>",
+           "<?xml version='2'?>", "<?xml encoding='utf-8' version='1.0'?>", "<?xml version='1.0' version='1.0'?>",
+           "<?xml version='1.0' standalone='maybe'?>", "<?xml version='1.0' standalone='yes' encoding='utf-8'?>" }) {
+        EXPECT_EQ(sandbox::findXmlDefect(std::string(declaration) + "<a/>", {}), "неверное объявление XML")
+            << declaration;
+    }
+    for (const char* const declaration :
+         { "<?xml version='1.0'?>", "<?xml\tversion = \"1.0\"\n?>", "<?xml version='1.0' standalone='yes'?>",
+           "<?xml version='1.0' encoding='Utf-8' standalone='no' ?>" }) {
+        EXPECT_EQ(sandbox::findXmlDefect(std::string(declaration) + "<a/>", {}), "") << declaration;
+    }
+}
