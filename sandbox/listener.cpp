@@ -1,6 +1,7 @@
 #include "sandbox/listener.h"
 
 #include "sandbox/connection.h"
+#include "sandbox/held_port.h"
 
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -8,6 +9,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <system_error>
 
 namespace sandbox {
 
@@ -96,12 +98,18 @@ void Listener::open()
     opened->set_keep_alive_timeout(keepAlive.count()); // these two only tell the client
     opened->set_keep_alive_max_count(100'000);
     setUp(*opened);
+    try {
+        if (!held) {
+            held = std::make_unique<HeldPort>(address, port);
+            port = held->number();
+        }
+    } catch (const std::system_error& failure) {
+        throw AddressFailure(reasonText(failure.code().value(), address, port, option));
+    }
     errno = 0;
-    const int bound = port == 0 ? opened->bind_to_any_port(address) : (opened->bind_to_port(address, port) ? port : -1);
-    if (bound < 0) {
+    if (!opened->bind_to_port(address, port)) {
         throw AddressFailure(reasonText(errno == 0 ? EADDRNOTAVAIL : errno, address, port, option));
     }
-    port = bound;
     opened->acceptMany();
     server = std::move(opened);
     thread = std::thread([listening = server.get()] { listening->listen_after_bind(); });

@@ -12,6 +12,8 @@ class Server;
 
 namespace sandbox {
 
+class HeldPort;
+
 /// The address cannot be listened on. The text says why and what to do.
 class AddressFailure : public std::runtime_error {
 public:
@@ -19,7 +21,7 @@ public:
 };
 
 /// An HTTP address that can be opened and closed again and again: threads, keep-alive, TCP without delay. While it is
-/// closed, connections are refused. Not for several threads at once.
+/// closed, connections are refused, and its port is nobody else's. Not for several threads at once.
 class Listener {
 public:
     /// `setUp` puts the handlers on each new server. `option` is the command line option of the port, for the text of a
@@ -46,6 +48,7 @@ private:
 
     const std::string address;
     int port;
+    std::unique_ptr<HeldPort> held; // so that a service that is down finds its port again
     const std::string option;
     const std::function<void(httplib::Server&)> setUp;
     std::unique_ptr<HttpServer> server;

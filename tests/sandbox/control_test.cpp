@@ -8,6 +8,15 @@
 
 using namespace std::chrono_literals;
 
+namespace {
+
+[[nodiscard]] int portOf(const std::string& url)
+{
+    return std::stoi(url.substr(url.rfind(':') + 1));
+}
+
+} // namespace
+
 TEST(SandboxControl, HealthNamesTheServiceAndItsAddress)
 {
     SandboxUnderTest sandbox;
@@ -57,7 +66,11 @@ TEST(SandboxControl, StartOnATakenPortSaysWhatToDo)
     const std::string url = sandbox.program.serviceUrl();
     sandbox.control.post("/stop");
     httplib::Server other;
-    const int port = std::stoi(url.substr(url.rfind(':') + 1));
+    other.set_socket_options([](socket_t socket) { // else the port is not to be had
+        const int yes = 1;
+        ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+    });
+    const int port = portOf(url);
     ASSERT_TRUE(other.bind_to_port("127.0.0.1", port));
     const nlohmann::json answer = sandbox.control.post("/start");
     EXPECT_EQ(answer["status"], 409);
@@ -66,6 +79,18 @@ TEST(SandboxControl, StartOnATakenPortSaysWhatToDo)
         "port " + std::to_string(port)
             + " of 127.0.0.1 is taken; end the program that has it, or choose another port with --port (0 takes a "
               "free one)");
+}
+
+TEST(SandboxControl, PortOfAStoppedServiceIsNobodyElses)
+{
+    SandboxUnderTest sandbox;
+    const std::string url = sandbox.program.serviceUrl();
+    sandbox.control.post("/stop");
+    EXPECT_EQ(exchangeRaw(url, "", 1s).ending, Ending::refused);
+    httplib::Server other;
+    EXPECT_FALSE(other.bind_to_port("127.0.0.1", portOf(url)));
+    sandbox.control.post("/start");
+    EXPECT_EQ(sandbox.service.call("Ping", "").status, 200);
 }
 
 TEST(SandboxControl, RequestsAreFiltered)
