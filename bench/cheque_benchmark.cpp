@@ -1,14 +1,15 @@
 #include "bench/cheque_forms.h"
+#include "bench/common/bench_main.h"
 #include "bench/peak_memory.h"
 #include "bench/peers.h"
 
 #include <QCoreApplication>
-#include <QHashFunctions>
 
 #include <benchmark/benchmark.h>
 
 #include <exception>
 #include <map>
+#include <stdexcept>
 #include <string>
 #include <utility>
 
@@ -20,61 +21,60 @@ const LongCheque& chequeOf(int lineCount)
     return made.try_emplace(lineCount, lineCount).first->second;
 }
 
-/// Set when a form did not tell every line: its time would be that of something else.
-bool incomplete = false;
-
 /// Never inlined: scripts/bench-linear counts what runs within.
 [[gnu::noinline]] QString timedText(const TextMaker& maker)
 {
     return maker();
 }
 
-/// MiB, measured once for each form and length: a benchmark is called many times.
-double memoryOf(const ChequeForm& form, int lineCount, const TextMaker& maker)
-{
-    static std::map<std::pair<std::string, int>, double> measured;
-    const auto [found, isNew] = measured.try_emplace({ form.name, lineCount }, 0.0);
-    if (isNew) {
-        found->second = peakMemory([&maker] { static_cast<void>(timedText(maker)); });
-    }
-    return found->second;
-}
+/// What makes the text, and what came of it once: preparing a peer takes longer than all that is timed.
+struct Prepared {
+    TextMaker maker;
+    qsizetype characters = 0;
+    double mebibytes = 0.0;
+};
 
-void refuse(benchmark::State& state, const char* reason)
+/// Throws `std::runtime_error` when the text does not tell every line: its time would be that of something else.
+const Prepared& prepared(const ChequeForm& form, int lineCount)
 {
-    incomplete = true;
-    state.SkipWithError(reason);
+    static std::map<std::pair<std::string, int>, Prepared> made;
+    const auto found = made.find({ form.name, lineCount });
+    if (found != made.end()) {
+        return found->second;
+    }
+    Prepared one { form.prepare(chequeOf(lineCount)) };
+    const QString whole = timedText(one.maker);
+    if (whole.count(QLatin1String("<ChequeLine ")) != lineCount) {
+        throw std::runtime_error("the text does not hold every line");
+    }
+    one.characters = whole.size();
+    one.mebibytes = peakMemory([&one] { static_cast<void>(timedText(one.maker)); });
+    return made.emplace(std::pair(form.name, lineCount), std::move(one)).first->second;
 }
 
 void measure(benchmark::State& state, const ChequeForm& form)
 {
-    const int lineCount = static_cast<int>(state.range(0));
-    TextMaker maker;
     try {
-        maker = form.prepare(chequeOf(lineCount));
+        const Prepared& one = prepared(form, static_cast<int>(state.range(0)));
+        for ([[maybe_unused]] const auto iteration : state) {
+            benchmark::DoNotOptimize(timedText(one.maker));
+        }
+        state.counters["characters"] = static_cast<double>(one.characters);
+        state.counters["MiB"] = one.mebibytes;
     } catch (const std::exception& error) {
         refuse(state, error.what());
-        return;
     }
-    const QString whole = timedText(maker);
-    if (whole.count(QLatin1String("<ChequeLine ")) != lineCount) {
-        refuse(state, "the text does not hold every line");
-        return;
-    }
-    const double memory = memoryOf(form, lineCount, maker);
-    for ([[maybe_unused]] const auto iteration : state) {
-        benchmark::DoNotOptimize(timedText(maker));
-    }
-    state.counters["characters"] = static_cast<double>(whole.size());
-    state.counters["MiB"] = memory;
 }
 
 void registerForms(const std::vector<ChequeForm>& forms)
 {
     for (const ChequeForm& form : forms) {
         benchmark::RegisterBenchmark(form.name.c_str(), [&form](benchmark::State& state) { measure(state, form); })
-            ->RangeMultiplier(10)
-            ->Range(100, 10000)
+            ->Arg(1)
+            ->Arg(20)
+            ->Arg(100)
+            ->Arg(1000)
+            ->Arg(10000)
             ->Unit(benchmark::kMillisecond);
     }
 }
@@ -83,19 +83,11 @@ void registerForms(const std::vector<ChequeForm>& forms)
 
 int main(int argc, char** argv)
 {
-    QHashSeed::setDeterministicGlobalSeed(); // else each run has its own order of attributes, and its own times
+    fixHashSeed();
     const QCoreApplication application(argc, argv);
 
     registerForms(chequeForms());
-    registerForms(domPeers());
-    benchmark::AddCustomContext("qt", qVersion());
-    benchmark::AddCustomContext("compiler", VANTIRO_COMPILER);
-    benchmark::AddCustomContext("build_type", VANTIRO_BUILD_TYPE);
-
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
-        return 2;
-    }
-    const bool ran = benchmark::RunSpecifiedBenchmarks() > 0;
-    return ran && !incomplete ? 0 : 1;
+    registerForms(writerPeers());
+    registerForms(domPeers()); // last: scripts/bench-linear compares a form with the last of its peers
+    return runBenchmarks(argc, argv);
 }

@@ -11,3 +11,7 @@
 /// operations pass such documents on. `bare_dom_copied` builds the tree, copies it whole into a second document and
 /// writes that: the floor under the accrual, which is made of a cheque that has to stay untouched.
 [[nodiscard]] const std::vector<ChequeForm>& domPeers();
+
+/// The ordinary cheque written without a tree of Qt: by `QXmlStreamWriter`, by a tree of pugixml, whose UTF-8 is turned
+/// into the text that a request needs, and by joining the pieces of one text: what the characters alone cost.
+[[nodiscard]] const std::vector<ChequeForm>& writerPeers();
