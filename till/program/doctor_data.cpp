@@ -7,13 +7,14 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QStorageInfo>
 
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 
 namespace till::diagnosis {
 
@@ -154,7 +155,9 @@ Findings checkDataFolder(const QString& folder)
                          .arg(folder))
     };
     findings += checkDatabase(folder);
-    findings.append(checkFreeSpace(folder, QStorageInfo(folder).bytesAvailable()));
+    std::error_code unknown; // Qt looks for the mount point, which a root of its own need not have
+    const std::filesystem::space_info space = std::filesystem::space(QFile::encodeName(folder).constData(), unknown);
+    findings.append(checkFreeSpace(folder, static_cast<qint64>(space.available)));
     findings.append(checkLog(folder));
     return findings;
 }

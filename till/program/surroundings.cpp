@@ -47,7 +47,7 @@ QString Places::configFile() const
 QString Places::pluginFile() const
 {
     if (!plugin.isEmpty()) {
-        return plugin;
+        return QFileInfo(plugin).absoluteFilePath(); // a relative one would be looked for in Qt's folders
     }
     // As it was built, and as it is installed.
     const QDir program(QCoreApplication::applicationDirPath());
