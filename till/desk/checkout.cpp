@@ -41,10 +41,7 @@ namespace {
         if (number) {
             head.number = *number;
         } else {
-            for (const store::DocumentEntry& entry : store::documents()) {
-                head.number = std::max(head.number, entry.number);
-            }
-            ++head.number;
+            head.number = store::highestNumber() + 1;
         }
         return head;
     }

@@ -8,66 +8,18 @@
 #include "till/document/payment.h"
 #include "till/document/plugin_values.h"
 #include "till/document/return_by_sale.h"
+#include "till/store/stored_form.h"
 #include "till/store/stored_map.h"
 #include "till/store/stored_text.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include <cmath>
 #include <stdexcept>
 
 namespace till {
 
 namespace {
-
-    constexpr int formatVersion = 1;
-
-    /// With the distance from UTC: the time of the till alone comes twice in the hour in which clocks are set back.
-    [[nodiscard]] QVariant time(const QDateTime& value)
-    {
-        return value.isValid() ? value.toOffsetFromUtc(value.offsetFromUtc()).toString(Qt::ISODateWithMs) : QVariant();
-    }
-
-    [[nodiscard]] QVariant optional(const std::optional<double>& value)
-    {
-        return value ? QVariant(*value) : QVariant();
-    }
-
-    /// JSON has no form for a number that is infinite or none: it would come back as nothing, or not at all.
-    void refuseEndless(const QVariant& value)
-    {
-        const QMetaType type = value.metaType();
-        if ((type == QMetaType::fromType<double>() || type == QMetaType::fromType<float>())
-            && !std::isfinite(value.toDouble())) {
-            refuseDocument(QStringLiteral("a number is infinite or none"));
-        }
-        if (type == QMetaType::fromType<QVariantMap>()) {
-            for (const QVariant& part : value.toMap()) {
-                refuseEndless(part);
-            }
-        } else if (type == QMetaType::fromType<QVariantList>()) {
-            for (const QVariant& part : value.toList()) {
-                refuseEndless(part);
-            }
-        }
-    }
-
-    [[nodiscard]] QVariantMap headMap(const ChequeHead& head)
-    {
-        return {
-            { "type", head.type },
-            { "number", head.number },
-            { "shift", head.shift },
-            { "openTime", time(head.openTime) },
-            { "closeTime", time(head.closeTime) },
-            { "offlineAllowed", head.offlineAllowed },
-            { "deferred", head.deferred },
-            { "sourceDocumentId", head.sourceDocumentId },
-            { "documentSum", optional(head.documentSum) },
-            { "sumToPay", optional(head.sumToPay) },
-        };
-    }
 
     [[nodiscard]] ChequeHead headOf(const StoredMap& map)
     {
@@ -86,32 +38,6 @@ namespace {
             StoredMap::damaged(u"openTime"); // the cheque would take the time of the clock
         }
         return head;
-    }
-
-    [[nodiscard]] QVariantList lineList(const QList<QSharedPointer<GoodsItem>>& lines)
-    {
-        QVariantList list;
-        for (const QSharedPointer<GoodsItem>& item : lines) {
-            const auto line = item.dynamicCast<Line>();
-            if (!line) {
-                refuseDocument(QStringLiteral("a line is not of this till"));
-            }
-            const LineFields& fields = line->fields;
-            list.append(QVariantMap {
-                { "posnum", fields.posnum },
-                { "code", fields.code },
-                { "barcode", fields.barcode },
-                { "price", fields.price },
-                { "minPrice", fields.minPrice },
-                { "quantity", fields.quantity },
-                { "sum", optional(fields.sum) },
-                { "bonusSpendAllowed", fields.bonusSpendAllowed },
-                { "bonusEarnAllowed", fields.bonusEarnAllowed },
-                { "discountAllowed", fields.discountAllowed },
-                { "onlyExternalDiscountAllowed", fields.onlyExternalDiscountAllowed },
-            });
-        }
-        return list;
     }
 
     [[nodiscard]] LineFields lineOf(const StoredMap& map)
@@ -146,48 +72,12 @@ namespace {
         refuseDocument(QString::fromUtf8(reason.what()));
     }
 
-    [[nodiscard]] QVariantList paymentList(const ChequeContents& contents)
-    {
-        QVariantList list;
-        for (const QSharedPointer<MoneyItem>& payment : contents.payments) {
-            list.append(QVariantMap {
-                { "amount", payment->getAmount() },
-                { "cardNumber", payment->getCardNum() },
-                { "valutOperation", payment->getValutOperation() },
-                { "opCode", payment->getOpCode() },
-            });
-        }
-        return list;
-    }
-
     void readPayments(ChequeContents& contents, const QList<StoredMap>& list)
     {
         for (const StoredMap& map : list) {
             contents.payments.append(QSharedPointer<Payment>::create(PaymentFields {
                 map.number(u"amount"), map.text(u"cardNumber"), map.whole(u"valutOperation"), map.whole(u"opCode") }));
         }
-    }
-
-    [[nodiscard]] QVariantList cardList(const ChequeContents& contents)
-    {
-        QVariantList list;
-        const QMap<int, ChequeContents::AttachedCard> cards = contents.attachedCards();
-        for (auto it = cards.cbegin(); it != cards.cend(); ++it) {
-            const auto card = it->record.dynamicCast<Card>();
-            if (!card) {
-                refuseDocument(QStringLiteral("a card is not of this till"));
-            }
-            list.append(QVariantMap {
-                { "mode", it.key() },
-                { "type", it->type },
-                { "number", card->fields.number },
-                { "codeInternal", card->fields.codeInternal },
-                { "bonusBalance", card->fields.bonusBalance },
-                { "pointsForSpend", card->fields.pointsForSpend },
-                { "spentSum", card->fields.spentSum },
-            });
-        }
-        return list;
     }
 
     void readCards(ChequeContents& contents, const QList<StoredMap>& list)
@@ -203,27 +93,6 @@ namespace {
         }
     }
 
-    const QString discountImpact = QStringLiteral("discount");
-    const QString bonusImpact = QStringLiteral("bonus");
-
-    [[nodiscard]] QString kindOf(const QSharedPointer<DocumentImpact>& impact)
-    {
-        if (impact.dynamicCast<DiscountImpact>()) {
-            return discountImpact;
-        }
-        return impact.dynamicCast<BonusImpact>() ? bonusImpact : QString();
-    }
-
-    [[nodiscard]] QVariantMap pluginMap(PluginData& data)
-    {
-        QVariantMap map;
-        const auto& groups = pluginValuesOf(data);
-        for (auto it = groups.cbegin(); it != groups.cend(); ++it) {
-            map.insert(it.key(), QVariant(it.value()));
-        }
-        return map;
-    }
-
     void readPluginValues(PluginData& data, const StoredMap& groups)
     {
         for (const QString& group : groups.keys()) {
@@ -231,28 +100,12 @@ namespace {
         }
     }
 
-    [[nodiscard]] QVariantList impactList(const ChequeContents& contents)
-    {
-        QVariantList list;
-        for (const QSharedPointer<DocumentImpact>& impact : contents.impacts) {
-            QVariant form;
-            serder::default_serder_type<DocumentImpact>::strategy.serialize(&form, impact.data(),
-                                                                            DocumentImpact::staticMetaObject);
-            list.append(QVariantMap {
-                { "kind", kindOf(impact) },
-                { "impact", form },
-                { "values", pluginMap(*impact) },
-            });
-        }
-        return list;
-    }
-
     [[nodiscard]] QSharedPointer<DocumentImpact> impactOf(const QString& kind)
     {
-        if (kind == discountImpact) {
+        if (kind == stored::discountImpact) {
             return QSharedPointer<DiscountImpact>::create();
         }
-        if (kind == bonusImpact) {
+        if (kind == stored::bonusImpact) {
             return QSharedPointer<BonusImpact>::create();
         }
         if (!kind.isEmpty()) {
@@ -272,19 +125,6 @@ namespace {
         }
     }
 
-    [[nodiscard]] QVariantList bonusRecordList(const ChequeContents& contents)
-    {
-        QVariantList list;
-        for (const DocumentBonusRecord& record : contents.bonusRecords) {
-            list.append(QVariantMap {
-                { "cardNumber", record.cardNumber },
-                { "amount", record.amount },
-                { "dateTime", time(record.dateTime) },
-            });
-        }
-        return list;
-    }
-
     void readBonusRecords(ChequeContents& contents, const QList<StoredMap>& list)
     {
         for (const StoredMap& map : list) {
@@ -293,38 +133,12 @@ namespace {
         }
     }
 
-    [[nodiscard]] QStringList couponList(const ChequeContents& contents)
-    {
-        QStringList list;
-        for (const QSharedPointer<Coupon>& coupon : contents.coupons) {
-            list.append(coupon->getNumber());
-        }
-        return list;
-    }
-
-    const QString saleRecord = QStringLiteral("sale");
-
-    [[nodiscard]] QVariant saleOf(const QSharedPointer<AbstractDocument>& document)
-    {
-        const auto back = document.dynamicCast<BackBySaleDocument>();
-        const auto sale = back ? back->getSource() : nullptr;
-        if (!sale) {
-            return QVariant();
-        }
-        return QVariantMap {
-            { "chequeNumber", sale->chequeNumber },
-            { "openTime", time(sale->openTime) },
-            { "closeTime", time(sale->closeTime) },
-            { "pluginDataJson", sale->pluginDataJson },
-        };
-    }
-
     [[nodiscard]] QSharedPointer<SaleDocumentSource> saleFrom(const StoredMap& document)
     {
-        if (document.isNull(saleRecord)) {
+        if (document.isNull(u"sale")) {
             return nullptr;
         }
-        const StoredMap map = document.map(saleRecord);
+        const StoredMap map = document.map(u"sale");
         auto sale = QSharedPointer<SaleDocumentSource>::create();
         sale->chequeNumber = map.whole(u"chequeNumber");
         sale->openTime = map.momentIfAny(u"openTime");
@@ -334,33 +148,6 @@ namespace {
     }
 
 } // namespace
-
-QByteArray toJson(const QSharedPointer<AbstractDocument>& document)
-{
-    const auto contents = document.dynamicCast<ChequeContents>();
-    if (!contents) {
-        refuseDocument(QStringLiteral("the document is not of this till"));
-    }
-    const QVariantMap map {
-        { "version", formatVersion },
-        { "identity", contents->identity() },
-        { "isReturnBySale", !document.dynamicCast<BackBySaleDocument>().isNull() },
-        { saleRecord, saleOf(document) },
-        { "head", headMap(contents->head) },
-        { "lines", lineList(contents->liveLines()) },
-        { "deletedLines", lineList(contents->deletedLines()) },
-        { "currentPosition", contents->currentPosition().number },
-        { "payments", paymentList(*contents) },
-        { "cards", cardList(*contents) },
-        { "coupons", couponList(*contents) },
-        { "impacts", impactList(*contents) },
-        { "bonusRecords", bonusRecordList(*contents) },
-        { "pluginDataJson", contents->pluginDataJson },
-        { "pluginValues", pluginMap(*document) },
-    };
-    refuseEndless(map);
-    return QJsonDocument(QJsonObject::fromVariantMap(map)).toJson(QJsonDocument::Compact);
-}
 
 DamagedDocument::~DamagedDocument() = default;
 
@@ -375,7 +162,7 @@ try {
         refuseDocument(QStringLiteral("a text holds what no text can hold"));
     }
     const QString identity = map.text(u"identity");
-    if (map.whole(u"version") != formatVersion || identity.isEmpty()) {
+    if (map.whole(u"version") != stored::formatVersion || identity.isEmpty()) {
         refuseDocument(QStringLiteral("the form is not known"));
     }
 

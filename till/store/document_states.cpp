@@ -7,6 +7,7 @@
 #include <QDateTime>
 #include <QVariant>
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -44,23 +45,62 @@ namespace {
         return DocumentState::open;
     }
 
+    /// The highest number of the documents, as far as they are known. Only this process writes documents while the
+    /// store is open.
+    struct Numbers {
+        quint64 opening = 0;
+        qint64 lastRow = 0; // the documents up to it are known
+        int highest = 0;
+        QString savedLast; // identity
+        int numberSavedLast = 0;
+    };
+
+    [[nodiscard]] Numbers& numbers()
+    {
+        thread_local Numbers instance;
+        if (instance.opening != opening()) {
+            instance = {};
+            instance.opening = opening();
+        }
+        return instance;
+    }
+
+    void heedNumber(const QString& identity, int number)
+    {
+        Numbers& known = numbers();
+        if (known.savedLast == identity && known.numberSavedLast == number) {
+            return;
+        }
+        known.savedLast = identity;
+        known.numberSavedLast = number;
+        if (number >= known.highest) {
+            known.highest = number;
+        } else { // it may have been the one with the highest number
+            known.lastRow = 0;
+            known.highest = 0;
+        }
+    }
+
 } // namespace
 
 void saveAs(const QSharedPointer<AbstractDocument>& document, DocumentState state)
 {
-    const QString body = QString::fromUtf8(toJson(document));
-    QSqlQuery query = prepare(QStringLiteral(
-        "INSERT INTO documents (identity, body, extra, saved_at, state, type, number) VALUES (?, ?, '', ?, ?, ?, ?) "
+    const QByteArray body = toJson(document);
+    QSqlQuery& query = prepareOnce(QStringLiteral(
+        "INSERT INTO documents (identity, body, extra, saved_at, state, type, number) "
+        "VALUES (?, CAST(? AS TEXT), '', ?, ?, ?, ?) " // the bytes as they are: a text would be bound in UTF-16
         "ON CONFLICT (identity) DO UPDATE SET body = excluded.body, saved_at = excluded.saved_at, "
         "state = excluded.state, type = excluded.type, number = excluded.number"));
-    query.addBindValue(document->getDocumentIdentity());
-    query.addBindValue(body);
-    query.addBindValue(QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs));
-    query.addBindValue(nameOf(state));
-    query.addBindValue(document->getDocumentType());
-    query.addBindValue(document->getChequeNumber());
+    query.bindValue(0, document->getDocumentIdentity());
+    query.bindValue(1, body);
+    query.bindValue(2, QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs));
+    query.bindValue(3, nameOf(state));
+    query.bindValue(4, document->getDocumentType());
+    query.bindValue(5, document->getChequeNumber());
     executeEnding(query);
-    tellWork({ QStringLiteral("save"), nameOf(state), body });
+    query.finish();
+    heedNumber(document->getDocumentIdentity(), document->getChequeNumber());
+    tellWork({ QStringLiteral("save"), nameOf(state), QString::fromUtf8(body) });
 }
 
 void quarantine(const QString& identity)
@@ -81,6 +121,21 @@ QList<DocumentEntry> documents()
                          query.value(3).toInt() });
     }
     return entries;
+}
+
+int highestNumber()
+{
+    Numbers& known = numbers();
+    QSqlQuery& query
+        = prepareOnce(QStringLiteral("SELECT max(rowid), max(number) FROM documents WHERE rowid > ?"));
+    query.bindValue(0, known.lastRow);
+    execute(query);
+    if (nextRow(query) && !query.isNull(0)) {
+        known.lastRow = query.value(0).toLongLong();
+        known.highest = std::max(known.highest, query.value(1).toInt());
+    }
+    query.finish();
+    return known.highest;
 }
 
 QSharedPointer<AbstractDocument> documentOf(const QString& identity)

@@ -40,6 +40,10 @@ VANTIRO_HOST_API void quarantine(const QString& identity);
 /// All documents in the order of their first saving. Throws `BasicException`. [any-thread] [blocks: the disk]
 [[nodiscard]] VANTIRO_HOST_API QList<DocumentEntry> documents();
 
+/// The highest number of all documents, 0 when there is none. Looks at each document once in the life of an open store.
+/// Throws `BasicException`. [cheque-thread] [blocks: the disk]
+[[nodiscard]] VANTIRO_HOST_API int highestNumber();
+
 /// The document of the identity, null if there is none. Throws `BasicException`, also for a damaged record.
 /// [cheque-thread] [blocks: the disk]
 [[nodiscard]] VANTIRO_HOST_API QSharedPointer<AbstractDocument> documentOf(const QString& identity);

@@ -30,14 +30,15 @@ SaveToFileLogic::~SaveToFileLogic() = default;
 void SaveToFileLogic::save(const QSharedPointer<AbstractDocument>& document, const QString& extra)
 {
     const QByteArray body = till::toJson(document); // refuses what is not this till's, before anything is asked of it
-    QSqlQuery query = till::store::prepare(
-        QStringLiteral("INSERT INTO documents (identity, body, extra, saved_at) VALUES (?, ?, ?, ?) "
+    QSqlQuery& query = till::store::prepareOnce(
+        QStringLiteral("INSERT INTO documents (identity, body, extra, saved_at) VALUES (?, CAST(? AS TEXT), ?, ?) "
                        "ON CONFLICT (identity) DO UPDATE SET body = excluded.body, extra = excluded.extra, "
                        "saved_at = excluded.saved_at"));
-    query.addBindValue(document->getDocumentIdentity());
-    query.addBindValue(QString::fromUtf8(body));
-    query.addBindValue(extra.isNull() ? QStringLiteral("") : extra); // a null text would be bound as NULL
-    query.addBindValue(QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs));
+    query.bindValue(0, document->getDocumentIdentity());
+    query.bindValue(1, body);
+    query.bindValue(2, extra.isNull() ? QStringLiteral("") : extra); // a null text would be bound as NULL
+    query.bindValue(3, QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs));
     till::store::executeEnding(query); // one statement, hence one transaction: the old state or the new one, never a mixture
+    query.finish();
     till::tellWork({ QStringLiteral("save"), QString(), QString::fromUtf8(body) });
 }

@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <map>
 #include <mutex>
 
 #include <fcntl.h>
@@ -66,6 +67,7 @@ namespace {
     struct Location {
         std::mutex mutex;
         QString file; // empty while no store is open
+        quint64 opening = 0;
     };
 
     [[nodiscard]] Location& location()
@@ -92,6 +94,13 @@ namespace {
         static std::atomic<quint64> threads = 0;
         thread_local const quint64 thread = ++threads;
         return QStringLiteral("vantiro-till-%1").arg(thread);
+    }
+
+    /// Of the connection of the calling thread.
+    [[nodiscard]] std::map<QString, QSqlQuery>& keptStatements()
+    {
+        thread_local std::map<QString, QSqlQuery> statements;
+        return statements;
     }
 
     /// Makes an entry of the folder itself survive a loss of power; the database syncs its own contents only. A folder
@@ -237,6 +246,7 @@ void open(const QString& folder)
     {
         const std::lock_guard lock(location().mutex);
         location().file = file;
+        ++location().opening;
     }
     try {
         makeSchema(connection());
@@ -252,6 +262,12 @@ void close()
     releaseConnection();
     const std::lock_guard lock(location().mutex);
     location().file.clear();
+}
+
+quint64 opening()
+{
+    const std::lock_guard lock(location().mutex);
+    return location().opening;
 }
 
 QSqlDatabase connection()
@@ -282,6 +298,7 @@ QSqlDatabase connection()
 
 void releaseConnection()
 {
+    keptStatements().clear();
     const QString name = connectionName();
     if (QSqlDatabase::contains(name)) {
         QSqlDatabase::database(name, false).close();
@@ -296,6 +313,14 @@ QSqlQuery prepare(const QString& statement)
         fail(query.lastError());
     }
     return query;
+}
+
+QSqlQuery& prepareOnce(const QString& statement)
+{
+    static_cast<void>(connection()); // lets go of what belongs to another one
+    const auto found = keptStatements().find(statement);
+    return found != keptStatements().end() ? found->second
+                                           : keptStatements().emplace(statement, prepare(statement)).first->second;
 }
 
 bool nextRow(QSqlQuery& query)

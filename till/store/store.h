@@ -22,6 +22,9 @@ VANTIRO_HOST_API void open(const QString& folder);
 /// Closes the calling thread's connection and forgets the folder. [cheque-thread]
 VANTIRO_HOST_API void close();
 
+/// Tells each opening of a store from all others of the process. [any-thread]
+[[nodiscard]] VANTIRO_HOST_API quint64 opening();
+
 /// The connection of the calling thread, made at its first use. Throws `BasicException` when no store is open. A thread
 /// that is about to end calls `releaseConnection`. [any-thread]
 [[nodiscard]] VANTIRO_HOST_API QSqlDatabase connection();
@@ -29,6 +32,9 @@ VANTIRO_HOST_API void releaseConnection();
 
 /// A prepared statement; parameters are always bound. Throw `BasicException` with the database's reason.
 [[nodiscard]] VANTIRO_HOST_API QSqlQuery prepare(const QString& statement);
+/// The same statement kept for the connection of the calling thread: prepared once, and bound anew each time. Whoever is
+/// done with it calls its `finish`. Valid until the connection is released or the store is opened or closed.
+[[nodiscard]] VANTIRO_HOST_API QSqlQuery& prepareOnce(const QString& statement);
 VANTIRO_HOST_API void execute(QSqlQuery& query);
 /// Moves to the next row of an executed query; false behind the last one. A row that cannot be read is no end: throws
 /// `BasicException`.
