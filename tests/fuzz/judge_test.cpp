@@ -77,9 +77,9 @@ TEST(Judge, TimeOfAReaderThatThrowsCounts)
 
 TEST(Judge, PatienceGrowsWithTheText)
 {
-    EXPECT_NEAR(fuzz::patience(0), 0.1, 1e-9);
-    EXPECT_NEAR(fuzz::patience(1024 * 1024), 1.1, 1e-9);
-    EXPECT_NEAR(fuzz::patience(512 * 1024), 0.6, 1e-9);
+    EXPECT_NEAR(fuzz::patience(0), 0.2, 1e-9);
+    EXPECT_NEAR(fuzz::patience(1024 * 1024), 2.2, 1e-9);
+    EXPECT_NEAR(fuzz::patience(512 * 1024), 1.2, 1e-9);
 }
 
 TEST(Swollen, PieceBetweenTwoSignsIsRepeated)

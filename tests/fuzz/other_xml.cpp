@@ -188,6 +188,20 @@ std::vector<const XmlElement*> elementsBelow(const XmlElement& element, std::str
     return found;
 }
 
+std::string_view trimmed(std::string_view text)
+{
+    while (!text.empty() && blankAt(text) > 0) {
+        text.remove_prefix(blankAt(text));
+    }
+    for (std::size_t bytes = 1; bytes <= std::min<std::size_t>(text.size(), 3); ++bytes) {
+        if (blankAt(text.substr(text.size() - bytes)) == bytes) {
+            text.remove_suffix(bytes);
+            bytes = 0; // and once more
+        }
+    }
+    return text;
+}
+
 std::string condensed(std::string_view text)
 {
     std::string result;

@@ -39,6 +39,9 @@ enum class XmlEncoding {
 /// The text without white space, that of Unicode included: parsers keep more or less of what stands between tags.
 [[nodiscard]] std::string condensed(std::string_view text);
 
+/// The text without the blanks that it begins and ends with, those of Unicode included.
+[[nodiscard]] std::string_view trimmed(std::string_view text);
+
 /// Whether both hold the same elements with the same names, attributes and texts, white space left out and attributes in
 /// any order. Empty when they do; else what differs first.
 [[nodiscard]] std::string difference(const XmlElement& one, const XmlElement& other);

@@ -40,6 +40,26 @@ TEST(Regression, MessageWhoseHeadersNobodyCanBeSentHoldsUpNone)
     EXPECT_EQ(broken("regressions/queue_record/line-end-in-a-header.txt"), "nothing");
 }
 
+TEST(Regression, AnswerInAnotherCharsetIsAnAnswer)
+{
+    EXPECT_EQ(broken("regressions/queue_record/byte-of-no-character.txt"), "nothing");
+}
+
+TEST(Regression, DocumentWithANumberWithoutADigitIsDamaged)
+{
+    const std::string& text = fuzz::keptInput("regressions/restore/number-without-a-digit.json").text;
+    EXPECT_NE(text.find(":.25"), std::string::npos);
+    EXPECT_EQ(broken("regressions/restore/number-without-a-digit.json"), "nothing");
+}
+
+TEST(Regression, BlankOfAnotherScriptIsABlank)
+{
+    EXPECT_EQ(broken("regressions/discounts/wide-blank-before-a-number.xml"), "nothing");
+    EXPECT_EQ(broken("regressions/messages/wide-blank-before-a-whole-number.xml"), "nothing");
+    EXPECT_EQ(broken("regressions/report/wide-blank-in-a-name.xml"), "nothing");
+    EXPECT_EQ(broken("regressions/report/late-letter-in-a-name.xml"), "nothing");
+}
+
 TEST(Regression, DocumentWithAControlCharacterAsItIsIsDamaged)
 {
     const std::string& text = fuzz::keptInput("regressions/restore/control-character-as-it-is.json").text;

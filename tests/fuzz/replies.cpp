@@ -4,6 +4,7 @@
 #include "till/document/card.h"
 #include "till/document/cheque.h"
 
+#include <algorithm>
 #include <charconv>
 #include <typeinfo>
 
@@ -35,18 +36,12 @@ namespace {
         text = result.append(text, kept);
     }
 
-    [[nodiscard]] std::string_view trimmed(std::string_view text)
-    {
-        constexpr std::string_view blanks = " \t\n\r";
-        const std::size_t first = text.find_first_not_of(blanks);
-        return first == std::string_view::npos ? std::string_view()
-                                               : text.substr(first, text.find_last_not_of(blanks) - first + 1);
-    }
-
     template <class T>
     [[nodiscard]] std::optional<T> numberIn(std::string_view text)
     {
-        text = trimmed(text);
+        const std::size_t first = text.find_first_not_of(" \t\n\r");
+        text.remove_prefix(std::min(first, text.size()));
+        text = text.substr(0, text.find_last_not_of(" \t\n\r") + 1);
         if (text.starts_with('+') && !text.starts_with("+-")) {
             text.remove_prefix(1);
         }
@@ -243,7 +238,7 @@ std::optional<int> wholeNumber(std::string_view text)
 
 std::optional<double> number(std::string_view text)
 {
-    return numberIn<double>(text);
+    return numberIn<double>(trimmed(text)); // Qt passes over any blank here, but over those of ASCII at a whole number
 }
 
 int wholeNumber(const XmlElement& element, std::string_view attribute)

@@ -63,7 +63,12 @@ namespace {
     void checkSingle(const QString& form, const std::string& result)
     {
         const std::string text = unescaped(result);
-        const bool mustBeSlip = isSlip(readStrictly(text, XmlEncoding::utf8));
+        // The product's parser goes by an edition of XML that has fewer letters for names.
+        std::string plain = text;
+        std::ranges::replace_if(
+            plain, [](char c) { return static_cast<unsigned char>(c) > 0x7F; }, '?');
+        const bool mustBeSlip
+            = isSlip(readStrictly(text, XmlEncoding::utf8)) && isSlip(readStrictly(plain, XmlEncoding::utf8));
         if (form.isEmpty()) {
             require(!mustBeSlip, "a slip that is not printed");
             return;
@@ -75,7 +80,8 @@ namespace {
         const std::optional<XmlElement> slip = readOtherwise(text, XmlEncoding::utf8);
         require(isSlip(slip), "a slip of a text that is none");
         // Text within aligned blocks stands between others, so only slips without them are read over here.
-        require(hasBlocks(*slip) || printed == printedBy(*slip), "a slip of another text");
+        const std::string expected = printedBy(*slip);
+        require(hasBlocks(*slip) || printed == expected, "a slip of another text: " + printed);
     }
 
     void checkSeveral(const QList<QString>& forms, const std::string& result)

@@ -50,7 +50,7 @@ extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    constexpr std::size_t large = 512 * 1024;
+    constexpr std::size_t large = 128 * 1024;
     const std::string_view input(reinterpret_cast<const char*>(data), size);
     try {
         if (swells) {
