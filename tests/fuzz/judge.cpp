@@ -17,24 +17,36 @@ namespace {
         return found;
     }
 
+    [[nodiscard]] double secondsOf(const Target& target, std::string_view input)
+    {
+        static_cast<void>(takeLongest());
+        try {
+            target.read(input);
+        } catch (const BrokenPromise&) {
+            throw;
+        } catch (const std::exception& stray) {
+            throw BrokenPromise(std::string("an exception that nobody was told of: ") + typeid(stray).name() + ": "
+                                + stray.what());
+        } catch (...) {
+            throw BrokenPromise("an exception that is none of the standard's");
+        }
+        return takeLongest();
+    }
+
 } // namespace
 
 void judge(const Target& target, std::string_view input)
 {
-    static_cast<void>(takeTime());
-    try {
-        target.read(input);
-    } catch (const BrokenPromise&) {
-        throw;
-    } catch (const std::exception& stray) {
-        throw BrokenPromise(std::string("an exception that nobody was told of: ") + typeid(stray).name() + ": "
-                            + stray.what());
-    } catch (...) {
-        throw BrokenPromise("an exception that is none of the standard's");
+    // What else the machine does costs processor time, too, but not at every attempt.
+    constexpr int attempts = 3;
+    double seconds = 0.0;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        seconds = secondsOf(target, input);
+        if (seconds <= patience(input.size())) {
+            return;
+        }
     }
-    const double seconds = takeTime();
-    require(seconds <= patience(input.size()),
-            std::to_string(seconds) + " s for " + std::to_string(input.size()) + " bytes");
+    throw BrokenPromise(std::to_string(seconds) + " s for " + std::to_string(input.size()) + " bytes");
 }
 
 double patience(std::size_t bytes)

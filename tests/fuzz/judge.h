@@ -8,7 +8,7 @@
 namespace fuzz {
 
 /// Runs the target on the input. Throws `BrokenPromise` when the target does, when it throws anything else, and when it
-/// keeps the processor busy for longer than a text of that size may. [cheque-thread]
+/// keeps the processor busy for longer than a text of that size may, three times over. [cheque-thread]
 void judge(const Target& target, std::string_view input);
 
 /// Seconds of the processor that a text of so many bytes may take: 250 ms for each MiB, times what sanitizers cost, and

@@ -18,11 +18,17 @@ namespace {
     }
 }
 
-/// Keeps the processor busy for longer than the input may.
-void dawdle(std::string_view input)
+/// Keeps the processor busy for that part of the time that the input may take.
+void dawdle(std::string_view input, double part)
 {
     const std::clock_t start = std::clock();
-    while (static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC <= fuzz::patience(input.size())) { }
+    while (static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC <= part * fuzz::patience(input.size())) { }
+}
+
+/// For longer than it may.
+void dawdle(std::string_view input)
+{
+    dawdle(input, 1.0);
 }
 
 } // namespace
@@ -53,6 +59,15 @@ TEST(Judge, SlowReaderIsCondemned)
 {
     const std::string verdict = verdictOn([](std::string_view input) { fuzz::timed([&] { dawdle(input); }); });
     EXPECT_TRUE(verdict.ends_with(" s for 4 bytes")) << verdict;
+}
+
+TEST(Judge, EachReadingHasTheTimeOfOne)
+{
+    const std::string verdict = verdictOn([](std::string_view input) {
+        fuzz::timed([&] { dawdle(input, 0.6); });
+        fuzz::timed([&] { dawdle(input, 0.6); });
+    });
+    EXPECT_EQ(verdict, "nothing");
 }
 
 TEST(Judge, TimeOfTheCheckIsNotTheReaders)

@@ -9,16 +9,21 @@
 
 namespace {
 
-[[nodiscard]] std::string broken(std::string_view name)
+[[nodiscard]] std::string broken(const fuzz::Target& target, std::string_view text)
 {
-    const fuzz::KeptInput& input = fuzz::keptInput(name);
     try {
-        input.target->read({}); // what is made at the first use must not count as the time of an input
-        fuzz::judge(*input.target, input.text);
+        target.read({}); // what is made at the first use must not count as the time of an input
+        fuzz::judge(target, text);
         return "nothing";
     } catch (const fuzz::BrokenPromise& promise) {
         return promise.what();
     }
+}
+
+[[nodiscard]] std::string broken(std::string_view name)
+{
+    const fuzz::KeptInput& input = fuzz::keptInput(name);
+    return broken(*input.target, input.text);
 }
 
 } // namespace
@@ -58,6 +63,16 @@ TEST(Regression, BlankOfAnotherScriptIsABlank)
     EXPECT_EQ(broken("regressions/messages/wide-blank-before-a-whole-number.xml"), "nothing");
     EXPECT_EQ(broken("regressions/report/wide-blank-in-a-name.xml"), "nothing");
     EXPECT_EQ(broken("regressions/report/late-letter-in-a-name.xml"), "nothing");
+    EXPECT_EQ(broken("regressions/report/colons-in-a-name.xml"), "nothing");
+}
+
+TEST(Regression, ThousandsOfSlipsThatAreNoneAreReadInTheTimeOfTheirText)
+{
+    const fuzz::KeptInput& input = fuzz::keptInput("regressions/report/slips-that-are-none.xml");
+    const std::string text = fuzz::swollen(input.text, 128 * 1024, 1);
+    ASSERT_NE(text.find("<br/><br/><br/>"), std::string::npos);
+    EXPECT_EQ(broken(*input.target, input.text), "nothing");
+    EXPECT_EQ(broken(*input.target, text), "nothing"); // one line of the log each
 }
 
 TEST(Regression, DocumentWithAControlCharacterAsItIsIsDamaged)

@@ -63,10 +63,10 @@ namespace {
     void checkSingle(const QString& form, const std::string& result)
     {
         const std::string text = unescaped(result);
-        // The product's parser goes by an edition of XML that has fewer letters for names.
+        // The product's parser goes by an edition of XML that has fewer letters for names, and is strict about colons.
         std::string plain = text;
         std::ranges::replace_if(
-            plain, [](char c) { return static_cast<unsigned char>(c) > 0x7F; }, '?');
+            plain, [](char c) { return static_cast<unsigned char>(c) > 0x7F || c == ':'; }, '?');
         const bool mustBeSlip
             = isSlip(readStrictly(text, XmlEncoding::utf8)) && isSlip(readStrictly(plain, XmlEncoding::utf8));
         if (form.isEmpty()) {

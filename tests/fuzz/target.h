@@ -21,10 +21,10 @@ public:
 void require(bool kept, const std::string& promise);
 
 /// Runs the call of a reader. Its time alone counts as that of the reading: what a target does to check it is not the
-/// product's. Not nested.
+/// product's. Each call reads the input once. Not nested.
 void timed(const std::function<void()>& call);
-/// Seconds of the processor that the calls have taken since the last question.
-[[nodiscard]] double takeTime();
+/// Seconds of the processor that the longest of the calls since the last question has taken.
+[[nodiscard]] double takeLongest();
 
 /// One reader. A plain value.
 struct Target {

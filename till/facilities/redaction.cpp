@@ -24,7 +24,8 @@ namespace {
     return expression;
 }
 
-[[nodiscard]] const QList<QRegularExpression>& rules()
+/// Each begins with a key.
+[[nodiscard]] const QList<QRegularExpression>& keyRules()
 {
     static const QList<QRegularExpression> list {
         // <password>…</password>, whatever stands between
@@ -36,13 +37,36 @@ namespace {
         rule(uR"(authorization\w{0,32}+(?:QUOTE\s*+,|QUOTE?\s*+[:=])(?!\s*+QUOTE)[ \t]*+)"
              uR"((?<secret>(?:[^\r\n]++|\r?\n[ \t]++)++))"_s),
         rule(uR"(KEY(?:QUOTE\s*+,|QUOTE?\s*+[:=])(?!\s*+QUOTE)[ \t]*+(?<secret>[^\r\n]++))"_s),
-        rule(uR"(\b(?:basic|bearer)(?:\s|%20|\\[nrt])++(?<secret>(?:[a-z0-9+/=._~%-]|\\/){4,}+))"_s),
+    };
+    return list;
+}
+
+[[nodiscard]] const QRegularExpression& schemeRule()
+{
+    static const QRegularExpression scheme
+        = rule(uR"(\b(?:basic|bearer)(?:\s|%20|\\[nrt])++(?<secret>(?:[a-z0-9+/=._~%-]|\\/){4,}+))"_s);
+    return scheme;
+}
+
+/// Each ends with an @.
+[[nodiscard]] const QList<QRegularExpression>& addressRules()
+{
+    static const QList<QRegularExpression> list {
         // The user information of a URL reaches to the last @ before its path.
         rule(uR"(:(?:\\?/){2}(?<secret>[^\s/?#<>"]*)@)"_s),
         // A password with an unescaped / ? or #: what stands behind the colon is no port.
         rule(uR"(:(?:\\?/){2}(?<secret>[^\s/?#@:<>"]{1,256}+:(?!\d*+(?:[/?#\s]|\z))\S{1,256})@)"_s),
     };
     return list;
+}
+
+/// Whether the text speaks of a password at all: most that is logged does not, and one search tells it of four rules.
+[[nodiscard]] bool namesAKey(const QString& text)
+{
+    static const QRegularExpression key = rule(u"authorization|passw|pwd|пароль"_s);
+    const QRegularExpressionMatch match = key.match(text, 0, QRegularExpression::NormalMatch,
+                                                    QRegularExpression::DontCheckSubjectStringMatchOption);
+    return !match.isValid() || match.hasMatch();
 }
 
 [[nodiscard]] QString mask()
@@ -69,7 +93,15 @@ namespace {
         kept = match.capturedEnd(u"secret");
         offset = match.capturedEnd();
     }
-    return result + QStringView(text).sliced(kept).toString();
+    return kept == 0 ? text : result + QStringView(text).sliced(kept).toString();
+}
+
+[[nodiscard]] QString masked(QString text, const QList<QRegularExpression>& patterns)
+{
+    for (const QRegularExpression& pattern : patterns) {
+        text = masked(text, pattern);
+    }
+    return text;
 }
 
 } // namespace
@@ -78,10 +110,11 @@ QString redact(const QString& text)
 {
     // Halves of a pair, left by a cut or by JSON, would make every search fail.
     QString result = text.isValidUtf16() ? text : QString::fromUtf8(text.toUtf8());
-    for (const QRegularExpression& pattern : rules()) {
-        result = masked(result, pattern);
+    if (namesAKey(result)) {
+        result = masked(result, keyRules());
     }
-    return result;
+    result = masked(result, schemeRule());
+    return result.contains(u'@') ? masked(result, addressRules()) : result;
 }
 
 } // namespace till
