@@ -1,6 +1,8 @@
 """Runs the benchmark programs and gathers what they have measured."""
 
+import collections
 import json
+import math
 import re
 import statistics
 import subprocess
@@ -108,6 +110,55 @@ def measure(suite, programs, repetitions, quick):
         case.times.append(entry[suite.clock] * scale[entry["time_unit"]])
         case.counters = {name: entry[name] for name in ("MiB", "syncs", "posts", "commits", "bytes") if name in entry}
     return figures, content["context"]
+
+
+@dataclass(frozen=True)
+class Growth:
+    """What the texts of a form cost: 100, 1,000 and 10,000 lines."""
+
+    form: str
+    costs: dict[int, float]
+
+    LINES = (100, 1000, 10000)
+
+    @property
+    def step(self):
+        return self.costs[10000] / self.costs[1000]
+
+    @property
+    def exponent(self):
+        return math.log10(self.costs[10000] / self.costs[100]) / 2
+
+    @property
+    def is_text(self):
+        """The request is more than the text of a cheque: it holds that text once more."""
+        return not self.form.endswith("_request")
+
+
+def growth_program(programs):
+    return [programs / "vantiro_bench_cheque", "--growth"]
+
+
+def growing_forms(programs):
+    told = run([*growth_program(programs), "--benchmark_list_tests"], stdout=subprocess.PIPE, text=True).stdout
+    return list(dict.fromkeys(name.split("/")[0] for name in told.splitlines()))
+
+
+def grow(programs, repetitions):
+    """The medians of each form, in milliseconds of the processor. Each text is the first that its process makes: once a
+    process has made one and given it back, the next lies scattered over what was freed, and what is timed is how
+    malloc keeps its lists. A till makes a cheque of ten thousand lines once."""
+    forms = growing_forms(programs)
+    times = collections.defaultdict(list)
+    for _ in range(repetitions):  # interleaved, so that what else the machine does strikes all alike
+        for form in forms:
+            for lines in Growth.LINES:
+                told = run([*growth_program(programs), f"--benchmark_filter=^{form}/{lines}$",
+                            "--benchmark_min_time=1e-9", "--benchmark_format=json"], stdout=subprocess.PIPE,
+                           stderr=subprocess.DEVNULL, text=True)
+                entry = json.loads(told.stdout)["benchmarks"][0]
+                times[form, lines].append(entry["cpu_time"])
+    return [Growth(form, {lines: statistics.median(times[form, lines]) for lines in Growth.LINES}) for form in forms]
 
 
 @dataclass(frozen=True)

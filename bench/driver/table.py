@@ -1,10 +1,8 @@
 """The one table: a line for each figure of ours beside one of a peer's."""
 
-import math
 from dataclasses import asdict, dataclass
 
 from driver import targets
-from driver.measuring import Case
 
 WARM_UP = 5000  # cheques after which a till that stays on has all the memory that it needs
 
@@ -54,25 +52,25 @@ def rows_of(figures):
     return rows
 
 
-def exponent(figures, case):
-    def at(size):
-        return figures[Case(case.suite, case.name, size, case.peer)].median
+def growth_rows(growths):
+    """How the cost of a text grows with its lines."""
+    rows = []
+    for growth in growths:
+        if growth.is_text:
+            rows.append(Row("cheque", growth.form + " 10000:1000", growth.step, "", most=targets.MOST_STEP, by_itself=True))
+        rows.append(Row("cheque", growth.form + " exponent", growth.exponent, "", most=targets.MOST_EXPONENT,
+                        by_itself=True))
+    return rows
 
-    return math.log10(at(10000) / at(100)) / 2
 
-
-def cheque_rows(figures):
-    """How the cost of a text grows with its lines, and what memory the longest takes. The exponent is judged as it
-    stands; that of the bare tree beside it is the floor."""
+def memory_rows(figures):
+    """What memory the longest texts take."""
     rows = []
     for case in [case for case in figures if case.suite == "cheque" and case.size == 10000 and not case.peer]:
         peers = [other for other in figures if (other.suite, other.name, other.size) == ("cheque", case.name, 10000)
                  and other.peer.startswith("bare_dom")]
-        floor = peers[-1]
-        rows.append(Row("cheque", case.name + " exponent", exponent(figures, case), "", floor.peer,
-                        exponent(figures, floor), targets.MOST_EXPONENT, by_itself=True))
-        rows.append(Row("cheque", case.name + "/10000 peak", figures[case].counters["MiB"], "MiB", floor.peer,
-                        figures[floor].counters["MiB"]))
+        rows.append(Row("cheque", case.name + "/10000 peak", figures[case].counters["MiB"], "MiB", peers[-1].peer,
+                        figures[peers[-1]].counters["MiB"]))
     return rows
 
 
