@@ -35,9 +35,11 @@ public:
     void deserialize(void* object, const QVariant& source, const QMetaObject& metaObject) const;
 
 private:
+    struct Property;
+
     Strategy();
 
-    QList<int> properties;
+    QList<Property> properties; // the stored ones, in the order of their names
 };
 
 } // namespace details

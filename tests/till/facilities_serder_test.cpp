@@ -283,6 +283,29 @@ TEST(SerderTest, MemoryKeepsTheTypeInsideAVariant)
     EXPECT_EQ(back.rate.metaType(), QMetaType::fromType<QString>());
 }
 
+TEST(SerderTest, MomentIsStoredToTheMillisecondWithAllItsDigits)
+{
+    for (const char* const moment :
+         { "0001-01-01T00:00:00.000Z", "2024-02-29T09:08:07.006Z", "2024-12-31T23:59:59.999+03:00",
+           "2024-03-05T04:05:06.070-09:30", "9999-12-31T23:59:59.120+05:45", "2024-03-05T04:05:06.700-11:00" }) {
+        Record record;
+        record.moment = QDateTime::fromString(QString::fromLatin1(moment), Qt::ISODateWithMs);
+        EXPECT_EQ(stored(record).toMap().value(QStringLiteral("moment")).toString().toStdString(), moment);
+    }
+}
+
+TEST(SerderTest, MomentIsStoredAsQtWritesItInEveryHourAndYear)
+{
+    const QDateTime first(QDate(-20, 1, 1), QTime(0, 0), Qt::UTC);
+    constexpr qint64 step = 86'400'000LL * 97 + 3'723'457; // some three months, at another time of the day
+    for (int i = 0; i < 40'000; ++i) {
+        Record record;
+        record.moment = first.addMSecs(i * step).toOffsetFromUtc((i % 57 - 28) * 1800);
+        const QString text = record.moment.toString(Qt::ISODateWithMs);
+        ASSERT_EQ(stored(record).toMap().value(QStringLiteral("moment")).toString().toStdString(), text.toStdString());
+    }
+}
+
 TEST(SerderTest, MomentIsStoredWithItsDistanceFromUtc)
 {
     Record record;

@@ -3,7 +3,9 @@
 #include <QDateTime>
 #include <QMetaProperty>
 
+#include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 
 namespace serder {
@@ -12,11 +14,67 @@ namespace details {
 
 namespace {
 
+/// The number in so many digits, with zeros before it. Returns the place behind it.
+[[nodiscard]] QChar* putDigits(QChar* place, int number, int digits)
+{
+    constexpr int base = 10;
+    for (int i = digits - 1; i >= 0; --i) {
+        place[i] = QChar(u'0' + static_cast<char16_t>(number % base));
+        number /= base;
+    }
+    return place + digits;
+}
+
+/// `2024-03-05T14:07:09.250+03:00`, and `Z` for no distance, as Qt::ISODateWithMs has it of a moment that knows its
+/// distance from UTC. Written here because each line of a cheque has a moment and Qt formats each by `printf`.
+[[nodiscard]] QString isoText(const QDateTime& moment)
+{
+    constexpr int minute = 60;
+    constexpr qsizetype longest = 29;
+    int year = 0;
+    int month = 0;
+    int day = 0;
+    moment.date().getDate(&year, &month, &day);
+    const QTime time = moment.time();
+    const int offset = moment.offsetFromUtc();
+    const int minutes = std::abs(offset) / minute;
+    QString text(longest, u'-');
+    QChar* const begin = text.data();
+    QChar* place = putDigits(begin, year, 4) + 1;
+    place = putDigits(place, month, 2) + 1;
+    place = putDigits(place, day, 2);
+    *place++ = u'T';
+    place = putDigits(place, time.hour(), 2);
+    *place++ = u':';
+    place = putDigits(place, time.minute(), 2);
+    *place++ = u':';
+    place = putDigits(place, time.second(), 2);
+    *place++ = u'.';
+    place = putDigits(place, time.msec(), 3);
+    if (offset == 0) {
+        *place++ = u'Z';
+    } else {
+        *place++ = offset < 0 ? u'-' : u'+';
+        place = putDigits(place, minutes / minute, 2);
+        *place++ = u':';
+        place = putDigits(place, minutes % minute, 2);
+    }
+    text.truncate(place - begin);
+    return text;
+}
+
 /// A moment as text that JSON keeps: with its distance from UTC, as the time of the till alone comes twice in the hour
 /// in which clocks are set back. A moment that is none has no text.
 [[nodiscard]] QVariant storedMoment(const QDateTime& moment)
 {
-    return moment.isValid() ? moment.toOffsetFromUtc(moment.offsetFromUtc()).toString(Qt::ISODateWithMs) : QVariant();
+    constexpr int lastYear = 9999; // beyond it, and before the first, years have other digits
+    if (!moment.isValid()) {
+        return {};
+    }
+    const int year = moment.date().year();
+    return year > 0 && year <= lastYear
+        ? isoText(moment)
+        : moment.toOffsetFromUtc(moment.offsetFromUtc()).toString(Qt::ISODateWithMs);
 }
 
 /// The same moment in the time of the till, in which it is shown.
@@ -60,6 +118,14 @@ template <class T>
 
 } // namespace
 
+struct Strategy::Property {
+    enum class Kind { moment, enumeration, any, other };
+
+    QMetaProperty property;
+    QString name;
+    Kind kind = Kind::other;
+};
+
 Strategy::Strategy() = default;
 Strategy::Strategy(const Strategy& other) = default;
 Strategy& Strategy::operator=(const Strategy& other) = default;
@@ -67,45 +133,53 @@ Strategy::~Strategy() = default;
 
 Strategy Strategy::create(const QMetaObject& metaObject)
 {
+    const auto kindOf = [](const QMetaProperty& property) {
+        if (property.metaType() == QMetaType::fromType<QDateTime>()) {
+            return Property::Kind::moment;
+        }
+        if (property.metaType() == QMetaType::fromType<QVariant>()) {
+            return Property::Kind::any;
+        }
+        return property.isEnumType() ? Property::Kind::enumeration : Property::Kind::other;
+    };
     Strategy strategy;
     for (int index = 0; index < metaObject.propertyCount(); ++index) {
         const QMetaProperty property = metaObject.property(index);
         if (property.isReadable() && property.isWritable() && property.isStored()) {
-            strategy.properties.append(index);
+            strategy.properties.append({ property, QString::fromLatin1(property.name()), kindOf(property) });
         }
     }
+    std::ranges::sort(strategy.properties, {}, &Property::name);
     return strategy;
 }
 
-void Strategy::serialize(QVariant* target, const void* object, const QMetaObject& metaObject) const
+void Strategy::serialize(QVariant* target, const void* object, const QMetaObject&) const
 {
     QVariantMap map;
-    for (const int index : properties) {
-        const QMetaProperty property = metaObject.property(index);
-        QVariant value = property.readOnGadget(object);
-        if (property.metaType() == QMetaType::fromType<QDateTime>()) {
+    for (const Property& entry : properties) {
+        QVariant value = entry.property.readOnGadget(object);
+        if (entry.kind == Property::Kind::moment) {
             value = storedMoment(value.toDateTime());
-        } else if (property.isEnumType()) {
+        } else if (entry.kind == Property::Kind::enumeration) {
             value = value.toInt(); // a store keeps numbers and knows nothing of the names
         }
-        map.insert(QString::fromLatin1(property.name()), value);
+        map.insert(map.cend(), entry.name, value);
     }
     *target = map;
 }
 
-void Strategy::deserialize(void* object, const QVariant& source, const QMetaObject& metaObject) const
+void Strategy::deserialize(void* object, const QVariant& source, const QMetaObject&) const
 {
     const QVariantMap map = source.toMap();
-    for (const int index : properties) {
-        const QMetaProperty property = metaObject.property(index);
-        const auto entry = map.constFind(QString::fromLatin1(property.name()));
-        if (entry == map.constEnd()) {
+    for (const Property& entry : properties) {
+        const auto stored = map.constFind(entry.name);
+        if (stored == map.cend()) {
             continue;
         }
-        if (property.metaType() == QMetaType::fromType<QVariant>()) {
-            property.writeOnGadget(object, isEmptyValue(*entry) ? QVariant() : *entry);
-        } else if (const QVariant value = valueOf(*entry, property.metaType()); value.isValid()) {
-            property.writeOnGadget(object, value);
+        if (entry.kind == Property::Kind::any) {
+            entry.property.writeOnGadget(object, isEmptyValue(*stored) ? QVariant() : *stored);
+        } else if (const QVariant value = valueOf(*stored, entry.property.metaType()); value.isValid()) {
+            entry.property.writeOnGadget(object, value);
         }
     }
 }
