@@ -11,8 +11,8 @@ namespace fuzz {
 /// keeps the processor busy for longer than a text of that size may, three times over. [cheque-thread]
 void judge(const Target& target, std::string_view input);
 
-/// Seconds of the processor that a text of so many bytes may take: 250 ms for each MiB, times what sanitizers cost, and
-/// the noise of a machine that does other things besides.
+/// Seconds of the processor that so many bytes of text, read and made, may take: 250 ms for each MiB, times what
+/// sanitizers cost, and the noise of a machine that does other things besides.
 [[nodiscard]] double patience(std::size_t bytes);
 
 /// The input with a piece of its middle repeated until it has about that size: what grows with the square of the text

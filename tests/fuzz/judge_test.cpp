@@ -61,6 +61,17 @@ TEST(Judge, SlowReaderIsCondemned)
     EXPECT_TRUE(verdict.ends_with(" s for 4 bytes")) << verdict;
 }
 
+TEST(Judge, TextThatIsMadeTakesTimeAsTheInputDoes)
+{
+    const auto read = [](std::string_view) {
+        fuzz::timed([] { dawdle({}, 1.2); }); // more than nothing may take, and less than a quarter of a MiB
+        fuzz::made(256 * 1024);
+    };
+    EXPECT_EQ(verdictOn(read), "nothing");
+    EXPECT_EQ(verdictOn(read), "nothing");
+    EXPECT_NE(verdictOn([](std::string_view) { fuzz::timed([] { dawdle({}, 1.2); }); }), "nothing");
+}
+
 TEST(Judge, EachReadingHasTheTimeOfOne)
 {
     const std::string verdict = verdictOn([](std::string_view input) {

@@ -75,6 +75,17 @@ TEST(Regression, ThousandsOfSlipsThatAreNoneAreReadInTheTimeOfTheirText)
     EXPECT_EQ(broken(*input.target, text), "nothing"); // one line of the log each
 }
 
+TEST(Regression, ThousandsOfEmptyPairsArePrintedInTheTimeOfTheirForm)
+{
+    const fuzz::KeptInput& input = fuzz::keptInput("regressions/report/pairs-of-nothing.xml");
+    std::string text = "<doc>";
+    while (text.size() < 128 * 1024) {
+        text += "<pair/>";
+    }
+    EXPECT_EQ(broken(*input.target, input.text), "nothing");
+    EXPECT_EQ(broken(*input.target, text + "</doc>"), "nothing"); // three elements each
+}
+
 TEST(Regression, DocumentWithAControlCharacterAsItIsIsDamaged)
 {
     const std::string& text = fuzz::keptInput("regressions/restore/control-character-as-it-is.json").text;

@@ -9,6 +9,7 @@ namespace fuzz {
 namespace {
 
     std::clock_t longest = 0;
+    std::size_t most = 0;
 
     /// Processor time: seconds on the wall depend on what else the machine does.
     class Watch {
@@ -32,6 +33,16 @@ void timed(const std::function<void()>& call)
 {
     const Watch watch;
     call();
+}
+
+void made(std::size_t bytes)
+{
+    most = std::max(most, bytes);
+}
+
+std::size_t takeMade()
+{
+    return std::exchange(most, 0);
 }
 
 double takeLongest()

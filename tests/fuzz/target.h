@@ -23,6 +23,11 @@ void require(bool kept, const std::string& promise);
 /// Runs the call of a reader. Its time alone counts as that of the reading: what a target does to check it is not the
 /// product's. Each call reads the input once. Not nested.
 void timed(const std::function<void()>& call);
+/// Tells of a text that the last call has made of the input, in bytes: a print form is many times as long as the slip
+/// that asks for it, and takes time by its own length.
+void made(std::size_t bytes);
+/// The most of that since the last question.
+[[nodiscard]] std::size_t takeMade();
 /// Seconds of the processor that the longest of the calls since the last question has taken.
 [[nodiscard]] double takeLongest();
 
