@@ -24,7 +24,9 @@ namespace control {
 
 /// The actions that loyalty plug-ins are asked about.
 enum EActionType : int {
-    addCoupon = 198, // "couponNumber": text; see `ActionTrigger::Order`
+    // "couponNumber": text; a handler that takes it inserts "couponType" and "allowSameCouponNumber"; see
+    // `ActionTrigger::Order`
+    addCoupon = 198,
     deleteCoupon = 199, // "coupon": `CouponPtr`
     checkConnection = 235, // "pluginName": text; the plug-in of that name inserts "pingTask"
 };

@@ -19,8 +19,8 @@
 
 /// The loyalty hooks. The host calls them; a loyalty plug-in overrides those that it serves, and the rest does what a
 /// till without that ability does. All run on the thread of cheque operations, one at a time. A hook that asks a server
-/// blocks, for each question it asks, for the number of servers times the timeout at the longest. A hook that can fail says so by its result and
-/// leaves the text for the cashier in `getLastErrorString`. Sums are in roubles.
+/// blocks, for each question it asks, for the number of servers times the timeout at the longest. A hook that can fail
+/// says so by its result and leaves the text for the cashier in `getLastErrorString`. Sums are in roubles.
 ///
 /// The order of bases, fields and operations is binary contract. [cheque-thread]
 class VANTIRO_HOST_API BasicLoyaltySystem : public DocumentWatcher, virtual public BasicPlugin {

@@ -6,7 +6,6 @@
 #include "till/store/store.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace till {
 
@@ -63,13 +62,13 @@ void DeliveryWorker::work()
 {
     std::unique_lock lock(mutex);
     while (!ending) {
-        const bool force = std::exchange(woken, false);
+        woken = false;
         idle = false;
         lock.unlock();
         std::chrono::milliseconds sleep = longestSleep;
         bool looked = true;
         try {
-            sleep = sleepUntil(delivery.run(force, [this] { return !stop.load(); }).next);
+            sleep = sleepUntil(delivery.run(false, [this] { return !stop.load(); }).next);
         } catch (const BasicException& failure) {
             Log4Qt::LogManager::logger(QStringLiteral("till"), QStringLiteral("delivery"))->error(failure.tr().ru());
             sleep = std::chrono::seconds(5);

@@ -19,7 +19,8 @@ public:
     /// Ends after the post that is under way. [blocks: the timeout at the longest, times the number of servers]
     ~DeliveryWorker();
 
-    /// Something has been queued, or a server has come back: looks at once, whatever times of waiting are set.
+    /// Something may have been queued: looks at once for what is due. A message that waits for its next attempt goes on
+    /// waiting.
     void wake();
     /// Waits until a round has found nothing more to do now; false when the time runs out before.
     /// [blocks: until then]

@@ -184,11 +184,11 @@ int main(int argc, char** argv)
         });
         return &action;
     };
-    addQueueAction("list", "List all records: number, time, state, reason", false, false);
+    addQueueAction("list", "List all records: number, time, state, attempts, reason", false, false);
     addQueueAction("show", "Show one record, without its credentials", true, true);
     addQueueAction("send", "Deliver now: all that is pending, in order, or one record", false, true);
     addQueueAction("hold", "Keep a record back until it is released", true, true);
-    addQueueAction("release", "Let a held or refused record be delivered again", true, true);
+    addQueueAction("release", "Let a held, refused or damaged record be delivered again", true, true);
     addQueueAction("export", "Write all records as JSON, without credentials", false, false)
         ->add_option("--output", exportFile, "A new file [standard output]");
 

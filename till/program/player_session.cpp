@@ -97,6 +97,13 @@ void PlayerSession::deliverBeside()
     worker.emplace(deliverySettings());
 }
 
+void PlayerSession::wakeDelivery()
+{
+    if (worker) {
+        worker->wake();
+    }
+}
+
 Player& PlayerSession::player()
 {
     return *thePlayer;

@@ -31,6 +31,8 @@ public:
     void play(const ScriptLine& line, qsizetype step);
     /// From now on the queue is delivered beside the work, as in a shop.
     void deliverBeside();
+    /// A line may have queued a message: what is due goes out now and not at the next look.
+    void wakeDelivery();
 
 private:
     OpenTill till;

@@ -118,6 +118,7 @@ int shell(const PlayOptions& options)
         if (!carryOut(session.player(), *line, number)) {
             break;
         }
+        session.wakeDelivery();
     }
     const mode_t mask = ::umask(0077); // card and telephone numbers were typed
     write_history(history.constData());
