@@ -168,7 +168,8 @@ std::optional<XmlElement> readOtherwise(std::string_view text, XmlEncoding encod
     if (std::optional<XmlElement> root = readStrictly(text, encoding)) {
         return root;
     }
-    return readStrictly(withPlainNames(text), encoding);
+    // What a wide text declares no longer holds for the one in UTF-8.
+    return readStrictly(withPlainNames(text), isWide(text) ? XmlEncoding::utf8 : encoding);
 }
 
 std::vector<const XmlElement*> elementsNamed(const XmlElement& root, std::string_view name)

@@ -153,6 +153,11 @@ std::string plainName(std::string_view name)
     return plain;
 }
 
+bool isWide(std::string_view text)
+{
+    return wideEncoding(text) != nullptr;
+}
+
 std::string withPlainNames(std::string_view text)
 {
     if (const char* const encoding = wideEncoding(text)) {

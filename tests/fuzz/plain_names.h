@@ -15,5 +15,7 @@ namespace fuzz {
 /// A text with the names of its tags and instructions made plain. Signs that the product's parser takes for the end of
 /// a name stay as they are. A text in UTF-16 or UTF-32 comes out in UTF-8.
 [[nodiscard]] std::string withPlainNames(std::string_view text);
+/// Whether the first bytes tell of UTF-16 or UTF-32.
+[[nodiscard]] bool isWide(std::string_view text);
 
 } // namespace fuzz
