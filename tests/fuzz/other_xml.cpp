@@ -218,6 +218,13 @@ std::string condensed(std::string_view text)
     return result;
 }
 
+std::string inAscii(std::string text, char sign)
+{
+    std::ranges::replace_if(
+        text, [](char c) { return static_cast<unsigned char>(c) > 0x7F; }, sign);
+    return text;
+}
+
 std::string difference(const XmlElement& one, const XmlElement& other)
 {
     if (plainName(one.name) != plainName(other.name)) {

@@ -42,6 +42,9 @@ enum class XmlEncoding {
 /// The text without the blanks that it begins and ends with, those of Unicode included.
 [[nodiscard]] std::string_view trimmed(std::string_view text);
 
+/// The same text with the sign for every byte beyond ASCII, for texts in a charset that nobody has told of.
+[[nodiscard]] std::string inAscii(std::string text, char sign = '_');
+
 /// Whether both hold the same elements with the same names, attributes and texts, white space left out and attributes in
 /// any order. Empty when they do; else what differs first.
 [[nodiscard]] std::string difference(const XmlElement& one, const XmlElement& other);

@@ -89,21 +89,13 @@ namespace {
         return own == name && (space.empty() || (found != within.end() && found->second == space));
     }
 
-    /// The same text with a question mark for every byte beyond ASCII: a service may answer in a charset of its own.
-    [[nodiscard]] std::string inAscii(std::string text)
-    {
-        std::ranges::replace_if(
-            text, [](char c) { return static_cast<unsigned char>(c) > 0x7F; }, '?');
-        return text;
-    }
-
     /// The service has answered to the operation: an envelope whose body begins with the response.
     [[nodiscard]] bool isResponse(const std::string& reply, const std::string& operation)
     {
         const std::string soap = "http://schemas.xmlsoap.org/soap/envelope/";
         std::optional<XmlElement> root = readOtherwise(reply, XmlEncoding::fromTheText);
-        if (!root) {
-            root = readOtherwise(inAscii(reply), XmlEncoding::fromTheText);
+        for (const char sign : { '_', ' ' }) { // a service may answer in a charset of its own
+            root = root ? root : readOtherwise(inAscii(reply, sign), XmlEncoding::fromTheText);
         }
         if (!root) {
             return false;

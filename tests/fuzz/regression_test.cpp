@@ -49,6 +49,9 @@ TEST(Regression, MessageWhoseHeadersNobodyCanBeSentHoldsUpNone)
 TEST(Regression, AnswerInAnotherCharsetIsAnAnswer)
 {
     EXPECT_EQ(broken("regressions/queue_record/byte-of-no-character.txt"), "nothing");
+    EXPECT_EQ(broken("regressions/queue_record/byte-of-no-character-at-the-end.txt"), "nothing");
+    EXPECT_EQ(broken("regressions/exchange/byte-of-no-character.txt"), "nothing");
+    EXPECT_EQ(broken("regressions/exchange/byte-of-no-character-beside-a-name.txt"), "nothing");
 }
 
 TEST(Regression, DocumentWithANumberWithoutADigitIsDamaged)

@@ -117,6 +117,7 @@ void readStoredState(std::string_view input)
     takeUp(plugin, document);
     checkCheque(plugin, document);
     const QByteArray kept = till::toJson(document);
+    made(static_cast<std::size_t>(kept.size())); // each entry of a list comes out as a whole impact
     const QSharedPointer<AbstractDocument> restarted = documentOf(kept);
     require(!restarted.isNull(), "a state that is stored and cannot be read");
     Vantiro next;
