@@ -65,10 +65,10 @@ TEST_F(Refusal, EveryStepNeedsAnOpenCheque)
 TEST_F(Refusal, OneChequeAtATime)
 {
     openSale();
-    expectRefusal("cheque 1042 is still open", [this] { till().openSale({}); });
-    expectRefusal("cheque 1042 is still open", [this] { till().openReturn({}); });
-    expectRefusal("cheque 1042 is still open", [this] { till().reveal(1, {}); });
-    expectRefusal("cheque 1042 is still open", [this] { (void)till().restore(); });
+    expectRefusal("cheque 1042 is still open; close or cancel it first", [this] { till().openSale({}); });
+    expectRefusal("cheque 1042 is still open; close or cancel it first", [this] { till().openReturn({}); });
+    expectRefusal("cheque 1042 is still open; close or cancel it first", [this] { till().reveal(1, {}); });
+    expectRefusal("cheque 1042 is still open; close or cancel it first", [this] { (void)till().restore(); });
     EXPECT_EQ(states(), "1042 open");
 }
 
@@ -156,7 +156,7 @@ TEST_F(Refusal, LoyaltyOnAReturn)
 TEST_F(Refusal, PointsWithoutACard)
 {
     openSale();
-    expectRefusal("points are spent with a card: present one first", [this] { (void)till().payPoints({}); });
+    expectRefusal("points are spent with a card, and none is on the cheque: present one first", [this] { (void)till().payPoints({}); });
 }
 
 TEST_F(Refusal, PointsOfNothing)

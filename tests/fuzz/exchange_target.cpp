@@ -80,8 +80,8 @@ namespace {
         }
         const std::string text = body.toStdString();
         const std::optional<XmlElement> root = readOtherwise(text, XmlEncoding::fromTheText);
-        if (!root && readOtherwise(inAscii(text), XmlEncoding::fromTheText)) {
-            return; // a byte that is no sign of an old charset: some converters have one for it, others refuse the text
+        if (!root && readOtherwise(inAscii(text), XmlEncoding::utf8)) {
+            return; // a byte that is no sign of an old charset, or its name: converters differ in what they take
         }
         require(root.has_value(), "taken, though it is not XML");
         if (ending == Ending::value) {

@@ -168,8 +168,12 @@ std::optional<XmlElement> readOtherwise(std::string_view text, XmlEncoding encod
     if (std::optional<XmlElement> root = readStrictly(text, encoding)) {
         return root;
     }
-    // What a wide text declares no longer holds for the one in UTF-8.
-    return readStrictly(withPlainNames(text), isWide(text) ? XmlEncoding::utf8 : encoding);
+    if (encoding == XmlEncoding::fromTheText) {
+        if (const std::optional<std::string> converted = fromOtherEncoding(text)) {
+            return readStrictly(withPlainNames(*converted), XmlEncoding::utf8); // what it declares no longer holds
+        }
+    }
+    return readStrictly(withPlainNames(text), encoding);
 }
 
 std::vector<const XmlElement*> elementsNamed(const XmlElement& root, std::string_view name)

@@ -1,6 +1,7 @@
 #include "tests/fuzz/plain_names.h"
 
 #include <iconv.h>
+#include <strings.h>
 
 #include <algorithm>
 #include <array>
@@ -127,11 +128,39 @@ namespace {
         return found == marks.end() ? nullptr : found->second;
     }
 
-    /// Empty when the bytes do not fit the encoding.
-    [[nodiscard]] std::string asUtf8(std::string text, const char* encoding)
+    /// The encoding that the declaration names; empty when it names none.
+    [[nodiscard]] std::string declaredEncoding(std::string_view text)
     {
-        const iconv_t converter = iconv_open("UTF-8", encoding);
-        std::string result(text.size() * 2 + 4, '\0');
+        constexpr std::string_view key = "encoding=";
+        const std::string_view declaration
+            = text.starts_with("<?xml") ? text.substr(0, text.find("?>")) : std::string_view();
+        const std::size_t at = declaration.find(key);
+        if (at == std::string_view::npos || at + key.size() == declaration.size()) {
+            return {};
+        }
+        const std::string_view value = declaration.substr(at + key.size() + 1);
+        return std::string(value.substr(0, value.find(declaration[at + key.size()])));
+    }
+
+    /// Empty for UTF-8.
+    [[nodiscard]] std::string otherEncoding(std::string_view text)
+    {
+        if (const char* const wide = wideEncoding(text)) {
+            return wide;
+        }
+        const std::string declared = declaredEncoding(text);
+        const bool isUtf8 = declared.empty() || strcasecmp(declared.c_str(), "utf-8") == 0;
+        return isUtf8 ? std::string() : declared;
+    }
+
+    /// Empty when the bytes do not fit the encoding, or nobody knows it.
+    [[nodiscard]] std::string asUtf8(std::string text, const std::string& encoding)
+    {
+        const iconv_t converter = iconv_open("UTF-8", encoding.c_str());
+        if (converter == reinterpret_cast<iconv_t>(-1)) {
+            return {};
+        }
+        std::string result(text.size() * 4 + 4, '\0'); // no sign has more bytes
         char* in = text.data();
         char* out = result.data();
         std::size_t inLeft = text.size();
@@ -153,16 +182,14 @@ std::string plainName(std::string_view name)
     return plain;
 }
 
-bool isWide(std::string_view text)
+std::optional<std::string> fromOtherEncoding(std::string_view text)
 {
-    return wideEncoding(text) != nullptr;
+    const std::string encoding = otherEncoding(text);
+    return encoding.empty() ? std::nullopt : std::optional(asUtf8(std::string(text), encoding));
 }
 
 std::string withPlainNames(std::string_view text)
 {
-    if (const char* const encoding = wideEncoding(text)) {
-        return Copy(asUtf8(std::string(text), encoding)).run();
-    }
     return Copy(text).run();
 }
 

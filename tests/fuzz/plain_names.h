@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -13,9 +14,10 @@ namespace fuzz {
 [[nodiscard]] std::string plainName(std::string_view name);
 
 /// A text with the names of its tags and instructions made plain. Signs that the product's parser takes for the end of
-/// a name stay as they are. A text in UTF-16 or UTF-32 comes out in UTF-8.
+/// a name stay as they are. In UTF-8.
 [[nodiscard]] std::string withPlainNames(std::string_view text);
-/// Whether the first bytes tell of UTF-16 or UTF-32.
-[[nodiscard]] bool isWide(std::string_view text);
+/// A text in UTF-8 whose first bytes, or whose declaration, tell of another encoding; nothing when they tell of none.
+/// Empty when the bytes do not fit it, or nobody knows it.
+[[nodiscard]] std::optional<std::string> fromOtherEncoding(std::string_view text);
 
 } // namespace fuzz

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 using fuzz::plainName;
+using fuzz::fromOtherEncoding;
 using fuzz::withPlainNames;
 using namespace std::string_view_literals;
 
@@ -41,9 +42,25 @@ TEST(PlainNames, UnfinishedTextsEndWhereTheyEnd)
     }
 }
 
-TEST(PlainNames, WideTextsComeOutInUtf8)
+TEST(OtherEncoding, TextComesOutInUtf8)
 {
-    EXPECT_EQ(withPlainNames("\xFF\xFE<\0a\0$\0/\0>\0"sv), "<a_24_/>");
-    EXPECT_EQ(withPlainNames("\0<\0a\0/\0>"sv), "<a/>");
-    EXPECT_EQ(withPlainNames("<\0a"sv), "");
+    EXPECT_EQ(fromOtherEncoding("\xFF\xFE<\0a\0$\0/\0>\0"sv), "<a$/>");
+    EXPECT_EQ(fromOtherEncoding("\0<\0a\0/\0>"sv), "<a/>");
+    EXPECT_EQ(fromOtherEncoding("<?xml version='1.0' encoding='windows-1251'?><a>\xC4\xE0</a>"),
+              "<?xml version='1.0' encoding='windows-1251'?><a>Да</a>");
+}
+
+TEST(OtherEncoding, BytesThatDoNotFitGiveNothing)
+{
+    EXPECT_EQ(fromOtherEncoding("<\0a"sv), "");
+    EXPECT_EQ(fromOtherEncoding("<?xml encoding=\"windows-1251\"?><a>\x98</a>"), "");
+    EXPECT_EQ(fromOtherEncoding("<?xml encoding='none-of-these'?><a/>"), "");
+}
+
+TEST(OtherEncoding, Utf8IsNone)
+{
+    EXPECT_EQ(fromOtherEncoding("<a>\xC4\xE0</a>"), std::nullopt);
+    EXPECT_EQ(fromOtherEncoding("<?xml version='1.0' encoding='UTF-8'?><a/>"), std::nullopt);
+    EXPECT_EQ(fromOtherEncoding("<?xml encoding="), std::nullopt);
+    EXPECT_EQ(fromOtherEncoding("<a> encoding='windows-1251'</a>"), std::nullopt);
 }

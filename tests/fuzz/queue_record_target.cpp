@@ -95,7 +95,7 @@ namespace {
         const std::string soap = "http://schemas.xmlsoap.org/soap/envelope/";
         std::optional<XmlElement> root = readOtherwise(reply, XmlEncoding::fromTheText);
         for (const char sign : { '_', ' ' }) { // a service may answer in a charset of its own
-            root = root ? root : readOtherwise(inAscii(reply, sign), XmlEncoding::fromTheText);
+            root = root ? root : readOtherwise(inAscii(reply, sign), XmlEncoding::utf8);
         }
         if (!root) {
             return false;

@@ -32,6 +32,7 @@ TEST(Regression, NameWithSignsOfNoNameIsAnotherNameAndNoFailure)
 {
     EXPECT_EQ(broken("regressions/exchange/sign-in-a-name.txt"), "nothing");
     EXPECT_EQ(broken("regressions/exchange/sign-in-a-wide-name.txt"), "nothing");
+    EXPECT_EQ(broken("regressions/exchange/sign-in-a-name-of-an-old-charset.txt"), "nothing");
     EXPECT_EQ(broken("regressions/discounts/sign-in-a-name.xml"), "nothing");
 }
 
@@ -51,6 +52,7 @@ TEST(Regression, AnswerInAnotherCharsetIsAnAnswer)
     EXPECT_EQ(broken("regressions/queue_record/byte-of-no-character.txt"), "nothing");
     EXPECT_EQ(broken("regressions/queue_record/byte-of-no-character-at-the-end.txt"), "nothing");
     EXPECT_EQ(broken("regressions/exchange/byte-of-no-character.txt"), "nothing");
+    EXPECT_EQ(broken("regressions/exchange/charset-by-another-name.txt"), "nothing");
     EXPECT_EQ(broken("regressions/exchange/byte-of-no-character-beside-a-name.txt"), "nothing");
 }
 

@@ -178,15 +178,30 @@ TEST(BadInput, UnknownChapterIsNamed)
 TEST(BadInput, UnknownRecordOfTheQueueIsNamed)
 {
     const TillProgram till;
+    ASSERT_EQ(till.play("say hello\n").status, 0);
     const ProgramRun run = till.run({ "queue", "show", "12" });
     EXPECT_EQ(run.status, 1);
     expectOneLine(run);
     EXPECT_THAT(run.errors, HasSubstr("there is no record 12 in the queue"));
 }
 
+TEST(BadInput, FolderWithoutATillIsNamedAndNotMade)
+{
+    const TillProgram till;
+    for (const QStringList& command : { QStringList { "queue", "list" }, { "reconcile", "--sandbox", "a=http://b/,http://c/" } }) {
+        const ProgramRun run = till.run(command);
+        EXPECT_EQ(run.status, 1);
+        expectOneLine(run);
+        EXPECT_THAT(run.errors, HasSubstr("there is no till in " + till.path("data").toStdString()
+                                          + "; name its folder with --data DIR"));
+        EXPECT_FALSE(QFileInfo::exists(till.path("data")));
+    }
+}
+
 TEST(BadInput, ExportOverwritesNothing)
 {
     const TillProgram till;
+    ASSERT_EQ(till.play("say hello\n").status, 0);
     const QString file = till.write("queue.json", "precious");
     const ProgramRun run = till.run({ "queue", "export", "--output", file });
     EXPECT_EQ(run.status, 1);

@@ -24,9 +24,9 @@ protected:
     }
 
     [[nodiscard]] static QByteArray booked(const QString& uid, const QByteArray& amount,
-                                           const QByteArray& spent = "0.00")
+                                           const QByteArray& spent = "0.00", const QByteArray& status = "Closed")
     {
-        return R"({"uid":")" + uid.toUtf8() + R"(","type":"Sale","status":"Closed","amount":")" + amount
+        return R"({"uid":")" + uid.toUtf8() + R"(","type":"Sale","status":")" + status + R"(","amount":")" + amount
             + R"(","spent":")" + spent + "\"}";
     }
 
@@ -107,8 +107,17 @@ TEST_F(Books, CancelledChequeIsInBothUnlessItWasEmpty)
     playWell({ u"open sale 7"_s, u"cancel"_s, u"open sale 8"_s, u"scan 461 @50"_s, u"remove 1"_s });
     const QString uid = till::chequeUid(checkout->document()->getDocumentIdentity());
     playWell({ u"cancel"_s });
-    serviceHas({ booked(uid, "50.00") });
+    serviceHas({ booked(uid, "50.00", "0.00", "Canceled") });
     EXPECT_EQ(compared(), "8 cancelled: ");
+    serviceHas({ booked(uid, "50.00") });
+    EXPECT_EQ(compared(), "8 cancelled: cancelled at the till, closed at the service");
+}
+
+TEST_F(Books, ClosedChequeThatTheServiceHasCancelledDiffers)
+{
+    const QString uid = sell(7);
+    serviceHas({ booked(uid, "40.00", "0.00", "Canceled") });
+    EXPECT_EQ(compared(), "7 sale: closed at the till, cancelled at the service");
 }
 
 TEST_F(Books, ReturnedPointsPayForNothing)

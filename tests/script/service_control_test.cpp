@@ -41,8 +41,8 @@ TEST(ServiceControl, ServerIsFoundByItsNameOrIsTheFirst)
 TEST(ServiceControl, ServerThatIsNotThereIsRefused)
 {
     EXPECT_EQ(refusal([] { (void)twoServers().server(u"third"_s); }), "there is no server \"third\"");
-    EXPECT_EQ(refusal([] { (void)ServiceControl().server({}); }), "there is no sandbox service to control");
-    EXPECT_EQ(refusal([] { (void)ServiceControl().server(u"first"_s); }), "there is no sandbox service to control");
+    EXPECT_EQ(refusal([] { (void)ServiceControl().server({}); }), "there is no sandbox service to control; name it with --sandbox NAME=SERVICE,CONTROL");
+    EXPECT_EQ(refusal([] { (void)ServiceControl().server(u"first"_s); }), "there is no sandbox service to control; name it with --sandbox NAME=SERVICE,CONTROL");
     EXPECT_TRUE(ServiceControl().isEmpty());
 }
 

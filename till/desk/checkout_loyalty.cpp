@@ -132,7 +132,7 @@ bool Checkout::payPoints(std::optional<double> amount)
     }
     requireNoPoints();
     if (!system.hasCard()) {
-        throw DeskError(QStringLiteral("points are spent with a card: present one first"));
+        throw DeskError(QStringLiteral("points are spent with a card, and none is on the cheque: present one first"));
     }
     if (amount && kopecks(*amount) <= 0) {
         throw DeskError(QStringLiteral("the amount of points must be above zero"));

@@ -68,8 +68,9 @@ namespace {
     [[nodiscard]] int playFrom(const QList<ScriptLine>& script, qsizetype first, const PlayOptions& options, int pipe)
     {
         const ScriptLine* current = nullptr;
-        const auto fail = [&](const QString& text) {
-            const QString place = current == nullptr ? QString() : QStringLiteral(":%1").arg(current->number);
+        const auto fail = [&](const QString& text, int line = 0) {
+            const int number = line > 0 || current == nullptr ? line : current->number;
+            const QString place = number > 0 ? QStringLiteral(":%1").arg(number) : QString();
             if (!options.quiet) {
                 std::fprintf(stderr, "vantiro-till: %s%s: %s\n", qPrintable(options.script), qPrintable(place), qPrintable(text));
             }
@@ -90,7 +91,7 @@ namespace {
             }
             session.player().end();
         } catch (const ScriptError& error) {
-            return fail(error.text());
+            return fail(error.text(), error.line());
         } catch (const BasicException& failure) {
             return fail(failure.tr().ru());
         } catch (const std::exception& failure) {

@@ -5,6 +5,8 @@
 #include "till/desk/desk_error.h"
 #include "till/printing/slip_folder.h"
 
+#include <QFile>
+
 #include <cstdio>
 
 namespace till {
@@ -27,6 +29,7 @@ namespace {
 PlayerSession::PlayerSession(const PlayOptions& options, std::function<std::optional<QString>(const QString&)> ask,
                              std::function<void()> crash, qsizetype firstStep)
 try : till(options.places)
+    , lock(options.places.dataFolder())
     , plugin(options.places.pluginFile())
     , screen(options.quiet ? [](const QString&) { } : writeLine, std::move(ask))
     , delivery(deliverySettings())
@@ -48,7 +51,12 @@ try : till(options.places)
                                              recorder->exchanged(event);
                                          }
                                      } });
-    static_cast<void>(checkout.restore());
+    const bool restored = checkout.restore();
+    if (restored && recorder && firstStep == 0) { // whoever plays it back has no such cheque
+        QFile::remove(options.trace);
+        throw CommandError(QStringLiteral("a trace begins without an open cheque; close or cancel cheque %1 first")
+                               .arg(checkout.document()->getChequeNumber()));
+    }
     if (recorder && !screen.shown().isEmpty()) {
         recorder->said(screen.shown(), screen.printed());
     }

@@ -4,6 +4,7 @@
 #include "till/delivery/delivery_worker.h"
 #include "till/desk/checkout.h"
 #include "till/program/commands.h"
+#include "till/program/folder_lock.h"
 #include "till/program/surroundings.h"
 #include "till/script/player.h"
 #include "till/script/screen.h"
@@ -36,6 +37,7 @@ public:
 
 private:
     OpenTill till;
+    FolderLock lock;
     LoadedPlugin plugin;
     Screen screen;
     Checkout checkout;

@@ -135,6 +135,9 @@ namespace {
         const qsizetype left = store::queueRecords().size();
         writeLine(QStringLiteral("delivered %1, stepped aside %2, left in the queue %3")
                       .arg(QString::number(outcome.delivered), QString::number(outcome.steppedAside), QString::number(left)));
+        if (left != 0) {
+            writeLine(QStringLiteral("vantiro-till queue list tells why"));
+        }
         return left == 0 ? 0 : 1;
     }
 
@@ -169,6 +172,7 @@ namespace {
 
 int queue(const QueueOptions& options)
 try {
+    requireTill(options.places);
     const OpenTill till(options.places);
     if (options.action == u"list") {
         return list();

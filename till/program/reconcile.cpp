@@ -9,6 +9,7 @@ namespace till {
 
 int reconcileBooks(const Places& places, const QList<ControlledServer>& servers)
 try {
+    requireTill(places);
     const OpenTill till(places);
     const Reconciliation reconciliation = reconcile(ServiceControl(servers));
     for (const QString& line : reconciliationReport(reconciliation)) {

@@ -60,6 +60,16 @@ QString Places::pluginFile() const
     throw CommandError(QStringLiteral("the plug-in libvantiro.so is not where it is installed; name it with --plugin FILE"));
 }
 
+void requireTill(const Places& places)
+{
+    const QDir folder(places.dataFolder());
+    // A folder that nobody may look into is told of when it is opened.
+    const bool isReadable = !folder.exists() || QFileInfo(folder.path()).isReadable();
+    if (isReadable && !folder.exists(QStringLiteral("till.sqlite"))) {
+        throw CommandError(QStringLiteral("there is no till in %1; name its folder with --data DIR").arg(folder.path()));
+    }
+}
+
 OpenTill::OpenTill(const Places& places)
 {
     takeChequeThread();

@@ -28,6 +28,9 @@ struct Places {
     [[nodiscard]] QString pluginFile() const;
 };
 
+/// For a command that looks at what a till has kept: throws `CommandError` when there is none in the data folder.
+void requireTill(const Places& places);
+
 /// The till around a command: configuration, log and store, and nothing of the plug-in. Throws `CommandError`.
 /// [cheque-thread]
 class OpenTill {

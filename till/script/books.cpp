@@ -60,6 +60,10 @@ namespace {
         if (*line.tillSum != *line.serviceSum) {
             return QStringLiteral("the sums are %1 and %2").arg(money(*line.tillSum), money(*line.serviceSum));
         }
+        if (line.tillCancelled != line.serviceCancelled) {
+            return line.serviceCancelled ? QStringLiteral("closed at the till, cancelled at the service")
+                                         : QStringLiteral("cancelled at the till, closed at the service");
+        }
         if (line.tillPoints != line.servicePoints) {
             return QStringLiteral("the points are %1 and %2").arg(money(line.tillPoints), money(line.servicePoints));
         }
@@ -109,9 +113,11 @@ QList<BookLine> compareBooks(const ServiceControl& service)
         line.uid = chequeUid(entry.identity);
         line.tillSum = booking.sum;
         line.tillPoints = booking.points;
+        line.tillCancelled = entry.state == store::DocumentState::cancelled;
         if (const auto found = booked.constFind(line.uid); found != booked.constEnd()) {
             line.serviceSum = found->amount;
             line.servicePoints = found->points;
+            line.serviceCancelled = found->cancelled;
         }
         line.difference = differenceOf(line, bookings.value(line.uid));
         known.insert(line.uid);

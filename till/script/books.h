@@ -19,6 +19,8 @@ struct BookLine {
     Kopecks tillPoints = 0;
     std::optional<Kopecks> serviceSum; // none: the service does not
     Kopecks servicePoints = 0;
+    bool tillCancelled = false;
+    bool serviceCancelled = false;
     QString difference; // empty when both agree
 };
 

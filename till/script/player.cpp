@@ -121,7 +121,7 @@ QStringList Player::completions(const QStringList& words)
 void Player::end()
 {
     if (!refusal.isEmpty()) {
-        throw ScriptError(std::exchange(refusal, QString()));
+        throw ScriptError(std::exchange(refusal, QString()), refusedLine);
     }
 }
 
@@ -159,6 +159,7 @@ void Player::play(const ScriptLine& line)
         lastResult = (this->*(verb->handler))(arguments);
     } catch (const DeskError& error) {
         refusal = error.text();
+        refusedLine = line.number;
     } catch (const ScriptError& error) {
         throw ScriptError(QStringLiteral("%1 (usage: %2)").arg(error.text(), verb->usage));
     }

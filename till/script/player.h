@@ -105,6 +105,7 @@ private:
     QList<ExchangeEvent> exchanges; // of the step
     bool lastResult = true;
     QString refusal; // of the last step, until a line expects it
+    int refusedLine = 0; // that of the refusal
 };
 
 } // namespace till

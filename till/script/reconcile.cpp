@@ -62,6 +62,11 @@ namespace {
         return state == DocumentState::closing || state == DocumentState::cancelling;
     }
 
+    [[nodiscard]] bool isCancelled(DocumentState state)
+    {
+        return state == DocumentState::cancelled || state == DocumentState::cancelling;
+    }
+
     /// What the service is to know of the document at its end; none when it is told nothing.
     struct Claim {
         QString name;
@@ -99,6 +104,12 @@ namespace {
                 standing.note = QStringLiteral("the till has %1 and %2 points, the service %3 and %4 points")
                                     .arg(money(claim.amount), money(claim.points), money(cheque.amount),
                                          money(cheque.points));
+            } else if (cheque.cancelled != isCancelled(claim.state)) {
+                standing.state = State::different;
+                standing.note = cheque.cancelled ? QStringLiteral("the till has closed it, the service has it cancelled")
+                                                 : QStringLiteral("the till has cancelled it, the service has it closed");
+            } else if (cheque.conflicts > 0) {
+                standing.note = QStringLiteral("the service was told another end of it, too, and has refused that");
             }
         } else if (const auto record = queued.constFind(claim.uid); record != queued.constEnd()) {
             standing = waiting(*record);

@@ -7,6 +7,12 @@ ScriptError::ScriptError(const QString& sentence)
 {
 }
 
+ScriptError::ScriptError(const QString& sentence, int formerLine)
+    : std::runtime_error(sentence.toStdString())
+    , former(formerLine)
+{
+}
+
 ScriptError::ScriptError(const ScriptError& other) = default;
 ScriptError& ScriptError::operator=(const ScriptError& other) = default;
 ScriptError::~ScriptError() = default;
@@ -14,6 +20,11 @@ ScriptError::~ScriptError() = default;
 QString ScriptError::text() const
 {
     return QString::fromUtf8(what());
+}
+
+int ScriptError::line() const
+{
+    return former;
 }
 
 QStringList wordsOf(const QString& line)

@@ -21,11 +21,18 @@ struct ScriptLine {
 class VANTIRO_HOST_API ScriptError : public std::runtime_error {
 public:
     explicit ScriptError(const QString& sentence);
+    /// Of a line that was carried out before.
+    ScriptError(const QString& sentence, int formerLine);
     ScriptError(const ScriptError& other);
     ScriptError& operator=(const ScriptError& other);
     ~ScriptError() override;
 
     [[nodiscard]] QString text() const;
+    /// The number of the line that it is about; 0 for the one that is being carried out.
+    [[nodiscard]] int line() const;
+
+private:
+    int former = 0;
 };
 
 /// The words of a line: parted by blanks, kept together by double quotes, in which `\"` is a quote and `\\` a

@@ -94,7 +94,9 @@ namespace {
             // Below zero are points that a return has given back: nothing that paid for anything.
             const Kopecks points = std::max<Kopecks>(0, sumOf(cheque, QStringLiteral("spent")));
             cheques.append({ cheque[QStringLiteral("uid")].toString(), kindOf(cheque),
-                             sumOf(cheque, QStringLiteral("amount")), points });
+                             sumOf(cheque, QStringLiteral("amount")), points,
+                             cheque[QStringLiteral("status")].toString() == u"Canceled",
+                             cheque[QStringLiteral("conflicts")].toInt() });
         }
         return cheques;
     }
@@ -118,7 +120,7 @@ const ControlledServer& ServiceControl::server(const std::optional<QString>& nam
             return server;
         }
     }
-    throw ScriptError(servers.isEmpty() ? QStringLiteral("there is no sandbox service to control")
+    throw ScriptError(servers.isEmpty() ? QStringLiteral("there is no sandbox service to control; name it with --sandbox NAME=SERVICE,CONTROL")
                                         : QStringLiteral("there is no server \"%1\"").arg(name.value_or(QString())));
 }
 

@@ -25,6 +25,8 @@ struct ServiceCheque {
     QString kind;
     Kopecks amount = 0;
     Kopecks points = 0; // that paid for it
+    bool cancelled = false;
+    int conflicts = 0; // messages that told another end of it, and were refused
 };
 
 /// What a card has spent on a cheque and not got back, as the service has it. A plain value.

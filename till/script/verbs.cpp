@@ -200,7 +200,7 @@ bool Player::crash(Arguments& arguments)
 bool Player::server(Arguments& arguments)
 {
     if (parts.service.isEmpty()) {
-        throw ScriptError(QStringLiteral("there is no sandbox service to control"));
+        throw ScriptError(QStringLiteral("there is no sandbox service to control; name it with --sandbox NAME=SERVICE,CONTROL"));
     }
     static const QStringList actions { QStringLiteral("stop"), QStringLiteral("start"), QStringLiteral("fault"),
                                        QStringLiteral("clear") };
