@@ -53,6 +53,7 @@ TEST(Regression, AnswerInAnotherCharsetIsAnAnswer)
     EXPECT_EQ(broken("regressions/queue_record/byte-of-no-character-at-the-end.txt"), "nothing");
     EXPECT_EQ(broken("regressions/exchange/byte-of-no-character.txt"), "nothing");
     EXPECT_EQ(broken("regressions/exchange/charset-by-another-name.txt"), "nothing");
+    EXPECT_EQ(broken("regressions/exchange/declaration-with-blanks.txt"), "nothing");
     EXPECT_EQ(broken("regressions/exchange/byte-of-no-character-beside-a-name.txt"), "nothing");
 }
 

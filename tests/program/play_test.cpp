@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -100,6 +101,44 @@ TEST(Play, ServerVerbsNeedASandbox)
     const ProgramRun run = playOffline(till, "server stop\n");
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.errors, HasSubstr("there is no sandbox service to control"));
+}
+
+TEST(Play, RefusedLineIsNamedAndNotTheOneBehindIt)
+{
+    const TillProgram till;
+    const ProgramRun run = playOffline(till, "open sale 1\nclose\nscan 46 @3.00\n");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.errors, HasSubstr("script.till:2: the cheque has no lines"));
+    EXPECT_THAT(run.output, Not(HasSubstr("scan 46")));
+}
+
+TEST(Play, FolderHoldsOneTillAtATime)
+{
+    const TillProgram till;
+    const QString configuration = till.write("till.ini", nobody);
+    QProcess first;
+    const auto startFirst = [&] {
+        first.start(QStringLiteral(VANTIRO_TILL_PROGRAM),
+                    { "shell", "--config", configuration, "--data", till.path("data") });
+        first.write("open sale 7\n");
+        ASSERT_TRUE(first.waitForReadyRead(20'000));
+    };
+    startFirst();
+    const ProgramRun refused = playOffline(till, "cancel\n");
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.errors,
+                HasSubstr("a till is already running on " + till.path("data").toStdString() + " (process "
+                          + std::to_string(first.processId())
+                          + "); end it first, or name another folder with --data DIR"));
+    EXPECT_EQ(till.run({ "queue", "list" }).status, 0) << "who only looks may";
+
+    first.kill();
+    ASSERT_TRUE(first.waitForFinished());
+    EXPECT_EQ(playOffline(till, "cancel\n").status, 0) << "a killed till holds nothing";
+    startFirst();
+    first.closeWriteChannel();
+    ASSERT_TRUE(first.waitForFinished());
+    EXPECT_EQ(playOffline(till, "cancel\n").status, 0) << "nor does one that has ended";
 }
 
 TEST(Shell, CarriesLinesOutAndTellsRefusalsAtOnce)

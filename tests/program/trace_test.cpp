@@ -193,3 +193,14 @@ TEST(Replay, OfAnEmptyFileIsRefused)
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.errors, HasSubstr("empty.trace is empty, and no trace of this till"));
 }
+
+TEST(Trace, BeginsWithoutAnOpenCheque)
+{
+    const TillProgram till;
+    const QString configuration = till.write("till.ini", "[Vantiro]\nhosts=http://127.0.0.1:9/\ntimeout=1\n");
+    ASSERT_EQ(till.play("open sale 7\n", { "--config", configuration }).status, 0);
+    const ProgramRun run = till.play("cancel\n", { "--config", configuration, "--trace", till.path("cheque.trace") });
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.errors, HasSubstr("a trace begins without an open cheque; close or cancel cheque 7 first"));
+    EXPECT_FALSE(QFileInfo::exists(till.path("cheque.trace")));
+}
