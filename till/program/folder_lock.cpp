@@ -17,10 +17,12 @@ namespace till {
 
 namespace {
 
+    constexpr qsizetype hintSize = 16;
+
     /// Who holds it, as he has written it; empty when he could not, as on a full disk.
     [[nodiscard]] QString holderOf(int file)
     {
-        QByteArray text(16, '\0');
+        QByteArray text(hintSize, '\0');
         const ssize_t size = ::pread(file, text.data(), static_cast<size_t>(text.size()), 0);
         return size > 0 ? QStringLiteral(" (process %1)").arg(QString::fromLatin1(text.first(size)).trimmed()) : QString();
     }
@@ -42,10 +44,9 @@ FolderLock::FolderLock(const QString& folder)
         throw CommandError(QStringLiteral("a till is already running on %1%2; end it first, or name another folder with --data DIR")
                                .arg(folder, holder));
     }
-    const QByteArray own = QByteArray::number(::getpid()) + '\n';
-    if (::ftruncate(file, 0) != 0 || ::pwrite(file, own.constData(), static_cast<size_t>(own.size()), 0) != own.size()) {
-        static_cast<void>(::ftruncate(file, 0)); // it is only a hint for a person
-    }
+    // Over what another has written; where the disk is full, his number stays, which is only a hint for a person.
+    const QByteArray own = QByteArray::number(::getpid()).leftJustified(hintSize);
+    [[maybe_unused]] const ssize_t written = ::pwrite(file, own.constData(), static_cast<size_t>(own.size()), 0);
 }
 
 FolderLock::~FolderLock()
