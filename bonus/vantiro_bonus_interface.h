@@ -29,9 +29,9 @@ public:
     [[nodiscard]] virtual QList<QSharedPointer<DiscountImpact>> getDiscounts(
         const QSharedPointer<AbstractDocument>& document, const QMap<int, QList<QString>>& positionCoupons,
         const QList<QString>& checkCoupons);
-    /// Takes points from the card of the document on the server. The record holds the amount that was asked for, and the
-    /// server's spread over positions. After an exception other than "no card" the server may have taken the points; no
-    /// compensation is sent. [blocks]
+    /// Takes points from the card of the document on the server. The record holds the amount that was asked for, and
+    /// the server's spread over positions. After an exception other than "no card" the server may have taken the
+    /// points; no compensation is sent. [blocks]
     [[nodiscard]] virtual QSharedPointer<BonusImpact> subtractBonus(const QSharedPointer<AbstractDocument>& document,
                                                                     double amount);
     /// The close of a sale: posted now, or put into the queue. [blocks]

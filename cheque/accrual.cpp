@@ -33,8 +33,8 @@ struct BonusSums {
     return sums;
 }
 
-/// A copy without the children, not yet appended. Taken over as a whole and then corrected: that costs less than to walk
-/// the attributes and set each.
+/// A copy without the children, not yet appended. Taken over as a whole and then corrected: that costs less than to
+/// walk the attributes and set each.
 [[nodiscard]] QDomElement copyOf(const QDomElement& source, QDomDocument& target)
 {
     return target.importNode(source, false).toElement();

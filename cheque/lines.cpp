@@ -73,6 +73,20 @@ struct Reconciliation {
     return xml::amount;
 }
 
+/// In the form that Qt gives a double, which costs it more than all the rest of the element; a whole number has but
+/// one.
+void setPercent(QDomElement& discount, double percent)
+{
+    const QString name = QStringLiteral("Percent");
+    constexpr double most = 1000.0;
+    const auto whole = percent >= 0.0 && percent < most ? static_cast<int>(percent) : -1;
+    if (static_cast<double>(whole) == percent) {
+        discount.setAttribute(name, whole);
+    } else {
+        discount.setAttribute(name, percent);
+    }
+}
+
 [[nodiscard]] bool isDiscountedByHost(const QSharedPointer<DocumentImpactDetail>& detail)
 {
     return detail->getImpactSource() == EImpactSource::host;
@@ -159,7 +173,7 @@ void VantiroInterface::addDiscountsTag(const QList<QSharedPointer<DocumentImpact
         discount.setAttribute(QStringLiteral("DiscountID"),
                               QString::number(ours ? detail->getDiscountCode() : 0));
         discount.setAttribute(xml::type, discountType(*detail));
-        discount.setAttribute(QStringLiteral("Percent"), percent ? detail->getDiscountRate().toDouble() : 0.0);
+        setPercent(discount, percent ? detail->getDiscountRate().toDouble() : 0.0);
         discount.setAttribute(xml::amount, forms::money(detail->getDiscountSum()));
     }
 }

@@ -26,9 +26,9 @@ namespace {
     }
 }
 
-/// A cheque that was set aside is known to the server under its first number, which its plug-in data keeps. Plug-in data
-/// of ours without a number give 0, not the host's number: the service then reports the return instead of booking it on
-/// another sale.
+/// A cheque that was set aside is known to the server under its first number, which its plug-in data keeps. Plug-in
+/// data of ours without a number give 0, not the host's number: the service then reports the return instead of booking
+/// it on another sale.
 [[nodiscard]] int numberAtServer(int hostNumber, const QString& pluginDataJson)
 {
     const QJsonObject data = QJsonDocument::fromJson(pluginDataJson.toUtf8()).object();

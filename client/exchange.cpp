@@ -76,7 +76,8 @@ QDomDocument VantiroInterface::createXmlAnswer(const QByteArray& bytes) const
         throw VantiroException(reply::incorrectAnswer());
     }
 
-    // The prefix is part of the test: what the service writes with another prefix is an ordinary reply to its operation.
+    // The prefix is part of the test: what the service writes with another prefix is an ordinary reply to its
+    // operation.
     if (reading.document.elementsByTagName(QStringLiteral("s:Fault")).length() == 0) {
         return reading.document;
     }

@@ -22,8 +22,8 @@
 ///
 /// Everything runs on the thread of cheque operations, but for `ping`. An operation that asks the server blocks for the
 /// number of servers times the timeout at the longest, and throws `VantiroNoConnectionException` when no server could
-/// be reached, `VantiroFaultException` when the server refused, and `VantiroException` when the reply is of no use. Sums
-/// are in roubles. The order of fields and virtual operations is binary contract. [cheque-thread]
+/// be reached, `VantiroFaultException` when the server refused, and `VantiroException` when the reply is of no use.
+/// Sums are in roubles. The order of fields and virtual operations is binary contract. [cheque-thread]
 class VantiroInterface : public QObject {
     Q_OBJECT
 
@@ -49,8 +49,8 @@ public:
     /// The UUID that names a cheque to the server, made from the identity of the document: the same identity gives the
     /// same UUID, on every till and after every restart. 36 characters, upper case.
     [[nodiscard]] virtual QString getChequeUID(const QString& identity) const;
-    /// Replaces the identity of the cheque being sent ("chequeNo", "chequeUid", "shiftNo", each a string); a key that is
-    /// absent is taken from the document.
+    /// Replaces the identity of the cheque being sent ("chequeNo", "chequeUid", "shiftNo", each a string); a key that
+    /// is absent is taken from the document.
     virtual void setCheckData(const QJsonObject& data);
     /// The servers in order of priority. Leaves the server in use as it is.
     virtual void setHosts(const QList<QUrl>& servers);
@@ -59,15 +59,15 @@ public:
     /// The value of the "Authorization" header; no header when empty.
     virtual void setAuthorizationHeader(const QString& value);
     /// Posts the body to the server in use, and to the others by priority when that one cannot be reached; returns the
-    /// parsed reply. `document` is the one that `body` was created in; it gains the envelope and is used up. `action` is
-    /// the bare name of the operation. Only a success on another server changes the server in use. [blocks]
+    /// parsed reply. `document` is the one that `body` was created in; it gains the envelope and is used up. `action`
+    /// is the bare name of the operation. Only a success on another server changes the server in use. [blocks]
     [[nodiscard]] virtual QDomDocument processSoapMessage(QDomDocument& document, const QDomNode& body,
                                                           const QString& action);
     [[nodiscard]] virtual QHash<QString, QString> createHttpHeaders(const QString& action) const;
     /// Wraps the body in an envelope and appends it to the document.
     virtual void createXmlRequest(QDomDocument& document, const QDomNode& body) const;
-    /// Parses a reply. Throws `VantiroException` when it is not XML that can be trusted, `VantiroFaultException` when it
-    /// holds a fault.
+    /// Parses a reply. Throws `VantiroException` when it is not XML that can be trusted, `VantiroFaultException` when
+    /// it holds a fault.
     [[nodiscard]] virtual QDomDocument createXmlAnswer(const QByteArray& bytes) const;
     /// The largest sum that may be paid with the card on this cheque. [blocks]
     [[nodiscard]] virtual double getCardDiscountAmount(const QString& cardNumber,
@@ -93,9 +93,9 @@ public:
     /// own: a doubly escaped "&amp;lt;" comes out as "<".
     [[nodiscard]] QString removeEscapeFromXml(const QString& text) const;
 
-    /// Asks the servers by priority, from the top, which one answers. Never throws for a server that is down. The result
-    /// is a `PingTaskResult` with the entry "serverIndex", -1 when none answered. Reads the server list, the timeout and
-    /// the credentials, which must not change meanwhile. [any-thread] [blocks: servers times the timeout]
+    /// Asks the servers by priority, from the top, which one answers. Never throws for a server that is down. The
+    /// result is a `PingTaskResult` with the entry "serverIndex", -1 when none answered. Reads the server list, the
+    /// timeout and the credentials, which must not change meanwhile. [any-thread] [blocks: servers times the timeout]
     [[nodiscard]] QSharedPointer<TaskResult> ping() const;
 
 public slots:

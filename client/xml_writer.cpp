@@ -2,9 +2,11 @@
 
 #include <QDomNamedNodeMap>
 #include <QDomNode>
+#include <QStringList>
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace vantiro {
 
@@ -84,7 +86,8 @@ private:
     void grow(qsizetype count)
     {
         const qsizetype used = end - begin;
-        text.resize(std::max(used + count, 2 * text.size()));
+        constexpr qsizetype firstRoom = 8192; // a short cheque
+        text.resize(std::max({ used + count, 2 * text.size(), firstRoom }));
         begin = text.data();
         end = begin + used;
         limit = begin + text.size();
@@ -104,12 +107,22 @@ public:
 private:
     void begin(const QDomNode& node, bool behindText);
     void beginElement(const QDomNode& element);
+    [[nodiscard]] bool writeAsKnown(const QString& element, const QDomNamedNodeMap& attributes);
+    void writeAttribute(const QString& name, const QDomNode& attribute);
     void end(const QDomNode& node, bool beforeText);
     void endElement(const QDomNode& element, bool behindText);
     void indent(bool behindText);
 
+    /// An element that has been written, with its attributes in the order in which they stand.
+    struct Known {
+        QString element;
+        QStringList attributes;
+    };
+
     TextBuffer text;
     qsizetype depth = 0;
+    std::vector<Known> known;
+    std::vector<QDomNode> found; // the attributes of one element
 };
 
 QString Writer::write(const QDomDocument& document)
@@ -182,18 +195,58 @@ void Writer::begin(const QDomNode& node, bool behindText)
 /// The start tag but for its last bracket, which depends on the children.
 void Writer::beginElement(const QDomNode& element)
 {
+    const QString name = element.nodeName();
     text.append(u"<");
-    text.append(element.nodeName());
+    text.append(name);
     const QDomNamedNodeMap attributes = element.attributes();
     const int count = attributes.length();
+    constexpr int few = 3; // the map counts from its beginning to each of them
+    constexpr size_t mostKnown = 16; // a cheque has half as many elements with more attributes than that
+    if (count > few && writeAsKnown(name, attributes)) {
+        return;
+    }
+    QStringList names;
     for (int i = 0; i < count; ++i) {
         const QDomNode attribute = attributes.item(i);
-        text.append(u" ");
-        text.append(attribute.nodeName());
-        text.append(u"=\"");
-        text.appendEscaped<Place::attribute>(attribute.nodeValue());
-        text.append(u"\"");
+        names.append(attribute.nodeName());
+        writeAttribute(names.constLast(), attribute);
     }
+    if (count > few && known.size() < mostKnown) {
+        known.push_back({ name, names });
+    }
+}
+
+/// Writes the attributes in the order of an element of that name that had the same ones, if there was one.
+bool Writer::writeAsKnown(const QString& element, const QDomNamedNodeMap& attributes)
+{
+    const auto former = std::find_if(known.cbegin(), known.cend(), [&](const Known& each) {
+        return each.attributes.size() == attributes.length() && each.element == element;
+    });
+    if (former == known.cend()) {
+        return false;
+    }
+    found.clear();
+    for (const QString& name : former->attributes) {
+        const QDomNode attribute = attributes.namedItem(name);
+        if (attribute.isNull()) {
+            return false;
+        }
+        found.push_back(attribute);
+    }
+    auto name = former->attributes.cbegin();
+    for (const QDomNode& attribute : found) {
+        writeAttribute(*name++, attribute);
+    }
+    return true;
+}
+
+void Writer::writeAttribute(const QString& name, const QDomNode& attribute)
+{
+    text.append(u" ");
+    text.append(name);
+    text.append(u"=\"");
+    text.appendEscaped<Place::attribute>(attribute.nodeValue());
+    text.append(u"\"");
 }
 
 void Writer::end(const QDomNode& node, bool beforeText)

@@ -31,8 +31,8 @@ public slots:
     void handleEvent(const Event& event) override;
 
 public:
-    /// Reads the configuration, subscribes to the events, adds the triggers and registers the system; the result is that
-    /// of the registration. Not protected against a second call.
+    /// Reads the configuration, subscribes to the events, adds the triggers and registers the system; the result is
+    /// that of the registration. Not protected against a second call.
     bool init() override;
 
     bool identifyByCard(QSharedPointer<DocumentCardRecord>& card, ECardNumberType type) override;
@@ -62,8 +62,8 @@ public:
     virtual void updatePluginData(const QSharedPointer<AbstractDocument>& document, bool offline) const;
     /// Stores the coupons with the document, and saves it. [blocks: until it is on disk]
     virtual void updateCouponsPluginData(const QSharedPointer<AbstractDocument>& document) const;
-    /// Before the host adds a coupon: recognises this system's own by its number and asks the server. Refuses the action
-    /// after reporting an error. [blocks]
+    /// Before the host adds a coupon: recognises this system's own by its number and asks the server. Refuses the
+    /// action after reporting an error. [blocks]
     virtual EContext::Result addCoupon(const control::Action& action);
     /// Before the host deletes a coupon: forgets its number.
     virtual EContext::Result deleteCoupons(const control::Action& action);
@@ -71,8 +71,8 @@ public:
     virtual void dispatchCouponAddError(const QString& couponNumber, const tr::Tr& text) const;
     /// Whether the server is not to be asked about this document any more. The flag lives with the document.
     [[nodiscard]] virtual bool isOfflineMode(const QSharedPointer<AbstractDocument>& document) const;
-    /// Whether the number is that of a coupon on the whole cheque, or on a position: by mask where there is one, else by
-    /// prefix. A number may be both.
+    /// Whether the number is that of a coupon on the whole cheque, or on a position: by mask where there is one, else
+    /// by prefix. A number may be both.
     [[nodiscard]] virtual bool isCheckCouponNumber(const QString& number) const;
     [[nodiscard]] virtual bool isPositionCouponNumber(const QString& number) const;
 

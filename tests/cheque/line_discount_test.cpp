@@ -113,6 +113,8 @@ TEST_P(PercentOfDiscount, IsTheRateInTheShortestNotation)
 INSTANTIATE_TEST_SUITE_P(Rates, PercentOfDiscount,
                          testing::Values(PercentRow { 7.5, "7.5" }, PercentRow { 10, "10" }, PercentRow { 0.0, "0" },
                                          PercentRow { 100.0, "100" }, PercentRow { -5.25, "-5.25" },
+                                         PercentRow { -5.0, "-5" }, PercentRow { -0.0, "0" },
+                                         PercentRow { 1000.0, "1000" }, PercentRow { 999.0, "999" },
                                          PercentRow { 0.0625, "0.0625" }, PercentRow { 33.3, "33.299999999999997" },
                                          PercentRow { u"12.5"_s, "12.5" },
                                          // What is no number counts as nothing.

@@ -290,3 +290,46 @@ TEST(WriteXmlTime, GrowsWithTheEscapesAndNotWithTheirSquare)
     EXPECT_EQ(text.count(u"&#xa;"_s), 4 * mebibyte);
     EXPECT_EQ(text.count(u"&lt;"_s), 4 * mebibyte);
 }
+
+TEST(WriteXmlOfElementsAlike, GivesWhatToStringGives)
+{
+    const QDomDocument document = filled([](QDomDocument& d, QDomElement& r) {
+        const auto add = [&](const QString& element, const QStringList& attributes) {
+            QDomElement child = d.createElement(element);
+            for (const QString& name : attributes) {
+                child.setAttribute(name, name + QString::number(r.childNodes().size()));
+            }
+            r.appendChild(child);
+        };
+        add(u"line"_s, { u"no"_s, u"price"_s, u"sum"_s, u"points"_s });
+        add(u"line"_s, { u"no"_s, u"price"_s, u"sum"_s, u"points"_s });
+        add(u"line"_s, { u"no"_s, u"price"_s, u"sum"_s, u"bonus"_s }); // as many, and not the same
+        add(u"card"_s, { u"no"_s, u"price"_s, u"sum"_s, u"points"_s });
+        add(u"line"_s, { u"no"_s, u"price"_s, u"sum"_s, u"points"_s, u"bonus"_s });
+        add(u"line"_s, { u"no"_s, u"price"_s });
+    });
+    const QString text = writeXml(document);
+
+    EXPECT_EQ(text.toStdString(), document.toString(1).toStdString());
+    EXPECT_EQ(text.count(u"<line "_s), 5);
+    EXPECT_EQ(text.count(u" points=\"points"_s), 4);
+    EXPECT_EQ(text.count(u" bonus=\"bonus"_s), 2);
+}
+
+TEST(WriteXmlOfElementsAlike, GivesEachItsOwnValuesHoweverManyKindsThereAre)
+{
+    constexpr int kinds = 40;
+    const QDomDocument document = filled([](QDomDocument& d, QDomElement& r) {
+        for (int i = 0; i < 2 * kinds; ++i) {
+            QDomElement child = d.createElement(u"e"_s + QString::number(i % kinds));
+            for (const QString& name : { u"a"_s, u"b"_s, u"c"_s, u"d"_s }) {
+                child.setAttribute(name, i);
+            }
+            r.appendChild(child);
+        }
+    });
+    const QString text = writeXml(document);
+
+    EXPECT_EQ(text.toStdString(), document.toString(1).toStdString());
+    EXPECT_EQ(text.count(u"=\"79\""_s), 4);
+}
