@@ -20,6 +20,17 @@ function(vantiro_quiet_false_positives target)
         $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized;-Wno-array-bounds;-Wno-stringop-overflow>)
 endfunction()
 
+# vantiro_set_up_for_tests(TARGET)
+#
+# Sets up a target of tests. Programs that do the tests' heavy work are set up as the product is.
+function(vantiro_set_up_for_tests target)
+    vantiro_set_up(${target})
+    vantiro_quiet_false_positives(${target})
+    if(NOT VANTIRO_OPTIMIZE_TESTS)
+        target_compile_options(${target} PRIVATE -O0)
+    endif()
+endfunction()
+
 # vantiro_add_test(NAME SOURCES file... [LIBRARIES target...] [LABELS label...])
 #
 # Builds the sources into one executable with the project's test main and registers it as one test. For each label L the
@@ -31,9 +42,8 @@ function(vantiro_add_test name)
     endif()
 
     add_executable(${name} ${arg_SOURCES})
-    vantiro_set_up(${name})
+    vantiro_set_up_for_tests(${name})
     target_link_libraries(${name} PRIVATE vantiro_test_main ${arg_LIBRARIES})
-    vantiro_quiet_false_positives(${name})
 
     add_test(NAME ${name} COMMAND ${name})
     vantiro_test_environment(${name})

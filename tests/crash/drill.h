@@ -28,8 +28,9 @@ struct Extent {
 };
 
 /// Kills the till at the points of the story, before and after. The starts behind these kills are told apart by what
-/// they go through until the till is ready again; each that looks different is killed at its points as well, up to there
-/// or to the end of the story. Runs that fail are printed; after ten of them the drill of the story ends. [blocks]
+/// they go through until the till is ready again; each that looks different is killed at its points as well, up to
+/// there or to the end of the story. Runs that fail are printed; after ten of them the drill of the story ends.
+/// [blocks]
 class Drill {
 public:
     Drill(const Tools& tools, const Story& story, const Extent& extent, Board& board);

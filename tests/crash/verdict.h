@@ -21,8 +21,8 @@ struct Disagreement {
 /// counted them. Gives the points that are in doubt.
 [[nodiscard]] till::Kopecks requireBooks(const till::ServiceControl& service, Disagreement& disagreement);
 
-/// The run has left the documents of its story, each once, in the state that it ends in, with its lines and its card and
-/// paid in full, and nothing in the queue. Throws `std::runtime_error` otherwise.
+/// The run has left the documents of its story, each once, in the state that it ends in, with its lines and its card
+/// and paid in full, and nothing in the queue. Throws `std::runtime_error` otherwise.
 void requireEndings(const Story& story, int base);
 
 } // namespace crash

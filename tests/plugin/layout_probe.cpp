@@ -1,5 +1,5 @@
-// Compiled by the test of the class layout, which reads the compiler's own account of these classes. Access is lifted so
-// that the order of the fields can be asked; layout does not depend on it.
+// Compiled by the test of the class layout, which reads the compiler's own account of these classes. Access is lifted
+// so that the order of the fields can be asked; layout does not depend on it.
 #include <QtCore>
 #include <QtXml>
 

@@ -5,8 +5,8 @@
 #include <gmock/gmock.h>
 #include <netdb.h>
 
-#include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <map>
 #include <mutex>
 #include <string>
@@ -25,10 +25,10 @@ constexpr auto absentName = "absent.invalid";
 /// What the tests see and steer of the system's resolver, which is replaced below for the names of these tests.
 struct Resolver {
     std::mutex mutex;
+    std::condition_variable changed;
     std::map<std::string, int> asked;
-    // Atomic: the thread sanitizer loses sight of a mutex that a thread of libcurl's waits with.
-    std::atomic<bool> hangs = true; // for the hung name
-    std::atomic<int> hanging = 0;
+    bool hangs = true; // for the hung name
+    int hanging = 0;
 
     [[nodiscard]] int timesAsked(const std::string& name)
     {
@@ -38,19 +38,19 @@ struct Resolver {
 
     void hang()
     {
+        std::unique_lock lock(mutex);
         ++hanging;
-        while (hangs) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        }
+        changed.wait(lock, [this] { return !hangs; });
         --hanging;
+        changed.notify_all();
     }
 
     void release()
     {
+        std::unique_lock lock(mutex);
         hangs = false;
-        while (hanging != 0) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        }
+        changed.notify_all();
+        changed.wait(lock, [this] { return hanging == 0; });
         hangs = true;
     }
 };

@@ -1,5 +1,5 @@
-// Names every type of the contract in a function of its own, so that the debug information of this one library describes
-// them all: sizes, fields, bases, slots, values. A type that is gone is a function that does not compile.
+// Names every type of the contract in a function of its own, so that the debug information of this one library
+// describes them all: sizes, fields, bases, slots, values. A type that is gone is a function that does not compile.
 #include "host/document/abstract_document.h"
 #include "host/document/back_by_sale_document.h"
 #include "host/document/coupon.h"
