@@ -15,8 +15,12 @@ struct WorkEvent {
     QString detail; // arguments and result of the hook; the document as it is stored
 };
 
-/// Calls the observer for every piece of work, when it is done; an empty one ends it. It must not throw. [cheque-thread]
+/// Calls the observer for every piece of work, when it is done; an empty one ends it. It must not throw.
+/// [cheque-thread]
 VANTIRO_HOST_API void observeWork(std::function<void(const WorkEvent&)> observer);
+
+/// Whether there is an observer: what nobody hears need not be put together. [cheque-thread]
+[[nodiscard]] VANTIRO_HOST_API bool isWorkObserved();
 
 /// Tells the observer, if there is one. [cheque-thread]
 void tellWork(const WorkEvent& event);

@@ -32,8 +32,8 @@ public:
     /// The details by position number.
     [[nodiscard]] QMap<int, QSharedPointer<DocumentImpactDetail>> getDetails();
 
-    /// Adds a detail for the position with the given sum; it acts on a position, and all else is as in the totals. A position that
-    /// already has one keeps it, with the sum added.
+    /// Adds a detail for the position with the given sum; it acts on a position, and all else is as in the totals. A
+    /// position that already has one keeps it, with the sum added.
     void addDetailForPosition(int position, double sum);
 
 private:

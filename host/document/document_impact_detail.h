@@ -87,6 +87,7 @@ public:
     void setCardIndex(const QVariant& index);
 
 private:
+    friend struct DocumentImpactDetailData; // the host's own
     // The enumerations are stored as their numbers: a store keeps those and knows nothing of the names.
     [[nodiscard]] int getDiscountObjectNumber() const;
     void setDiscountObjectNumber(int number);

@@ -35,8 +35,8 @@ public:
     /// True also when the document is offline. [blocks]
     virtual bool request(const QSharedPointer<AbstractDocument>& document);
     virtual bool requestCommit(bool online);
-    /// The cheque closes: what was spent and earned becomes final, at the server or in the queue. Ends the loyalty state
-    /// of the cheque whatever the result. [blocks]
+    /// The cheque closes: what was spent and earned becomes final, at the server or in the queue. Ends the loyalty
+    /// state of the cheque whatever the result. [blocks]
     virtual bool commit(const QSharedPointer<AbstractDocument>& document);
     /// Undoes the spending of points. False: not undone, and may be tried again. [blocks]
     virtual bool rollback(const QSharedPointer<AbstractDocument>& document);
@@ -51,7 +51,8 @@ public:
     virtual void recalculateAllPoints(const QSharedPointer<AbstractDocument>& document);
     /// Whether points can pay on this cheque now. [blocks]
     virtual bool hasPointsForSpend();
-    /// How much points can pay: the offer cut down to the cheque, the balance and the step. Needs a card on the document.
+    /// How much points can pay: the offer cut down to the cheque, the balance and the step. Needs a card on the
+    /// document.
     virtual double getPointsForSpend(const QSharedPointer<AbstractDocument>& document);
     [[nodiscard]] virtual bool hasPointsForEarn();
     [[nodiscard]] virtual double getPointsForEarn();

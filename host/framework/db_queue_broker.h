@@ -16,8 +16,8 @@ public:
     virtual ~DBQueueBroker();
 
     /// Adds the message to the end of the queue. When it has returned, the message survives a crash of the till and a
-    /// loss of power; when that cannot be had it throws a `BasicException`, and the message is not in the queue. `extra`
-    /// is the host's; plug-ins pass an empty text. [blocks: until the message is on disk]
+    /// loss of power; when that cannot be had it throws a `BasicException`, and the message is not in the queue.
+    /// `extra` is the host's; plug-ins pass an empty text. [blocks: until the message is on disk]
     virtual void enqueue(const QString& queue, const QJsonObject& message, const QString& extra);
 
 private:

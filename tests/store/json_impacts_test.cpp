@@ -1,3 +1,4 @@
+#include "host/facilities/serder.h"
 #include "tests/store/round_trip.h"
 
 #include <gtest/gtest.h>
@@ -143,4 +144,101 @@ TEST(StoredImpacts, WhatAPluginStoredWithOneComesBack)
 
     EXPECT_EQ(read->getValue(u"Vantiro"_s, u"reason"_s, QVariant()), QVariant(u"день рождения"_s));
     EXPECT_EQ(read->getValue(u"Vantiro"_s, u"other"_s, QVariant(7)), QVariant(7));
+}
+
+namespace {
+
+struct Change {
+    const char* name;
+    void (*make)(DocumentImpactDetail& detail);
+    const char* before;
+    const char* after;
+};
+
+class ChangedDetail : public testing::TestWithParam<Change> {
+protected:
+    ChangedDetail()
+    {
+        document->impacts.append(impact);
+    }
+
+    /// What is written of the impact, and of the map that a plug-in stores of it.
+    [[nodiscard]] std::string written() const
+    {
+        QVariant map;
+        serder::default_serder_type<DiscountImpact>::strategy.serialize(&map, impact.data(),
+                                                                        DocumentImpact::staticMetaObject);
+        document->setValue(u"Vantiro"_s, u"impact"_s, map);
+        return till::toJson(document).toStdString();
+    }
+
+    const QSharedPointer<DiscountImpact> impact = QSharedPointer<DiscountImpact>::create(fullDetail());
+    const QSharedPointer<till::Cheque> document = QSharedPointer<till::Cheque>::create();
+};
+
+[[nodiscard]] size_t countOf(const std::string& piece, const std::string& text)
+{
+    size_t count = 0;
+    for (size_t at = text.find(piece); at != std::string::npos; at = text.find(piece, at + 1)) {
+        ++count;
+    }
+    return count;
+}
+
+} // namespace
+
+TEST_P(ChangedDetail, IsWrittenAsItIsNow)
+{
+    const Change& change = GetParam();
+    EXPECT_EQ(countOf(change.before, written()), 2U);
+
+    change.make(*impact->getTotals());
+    const std::string text = written();
+    EXPECT_EQ(countOf(change.before, text), 0U) << text;
+    EXPECT_EQ(countOf(change.after, text), 2U) << text;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    EverySetter, ChangedDetail,
+    testing::Values(
+        Change { "Name", [](DocumentImpactDetail& detail) { detail.setDiscountName(u"Иная"_s); },
+                 R"("discountName":"Скидка Vantiro на позицию")", R"("discountName":"Иная")" },
+        Change { "Sum", [](DocumentImpactDetail& detail) { detail.setDiscountSum(7.25); }, R"("discountSum":100.5)",
+                 R"("discountSum":7.25)" },
+        Change { "Position", [](DocumentImpactDetail& detail) { detail.setPosition(5); }, R"("position":4)",
+                 R"("position":5)" },
+        Change { "Code", [](DocumentImpactDetail& detail) { detail.setDiscountCode(9); }, R"("discountCode":1204)",
+                 R"("discountCode":9)" },
+        Change { "Object", [](DocumentImpactDetail& detail) { detail.setDiscountObject(EDiscountObject::cheque); },
+                 R"("discountObject":1)", R"("discountObject":0)" },
+        Change { "Type", [](DocumentImpactDetail& detail) { detail.setDiscountType(EDiscountType::sum); },
+                 R"("discountType":1)", R"("discountType":2)" },
+        Change { "Mode", [](DocumentImpactDetail& detail) { detail.setDiscountMode(EDiscountMode::loyalty); },
+                 R"("discountMode":6)", R"("discountMode":2)" },
+        Change { "Rate", [](DocumentImpactDetail& detail) { detail.setDiscountRate(3); }, R"("discountRate":12.5)",
+                 R"("discountRate":3)" },
+        Change { "Source", [](DocumentImpactDetail& detail) { detail.setImpactSource(EImpactSource::host); },
+                 R"("impactSource":2)", R"("impactSource":0)" },
+        Change { "Moment", [](DocumentImpactDetail& detail) { detail.setDateTime(moment.addSecs(1)); },
+                 R"("dateTime":"2024-03-05T10:20:30.400)", R"("dateTime":"2024-03-05T10:20:31.400)" },
+        Change { "MinPrice", [](DocumentImpactDetail& detail) { detail.setMinPriceIgnored(false); },
+                 R"("minPriceIgnored":true)", R"("minPriceIgnored":false)" },
+        Change { "Card", [](DocumentImpactDetail& detail) { detail.setCardIndex(43); }, R"("cardIndex":42)",
+                 R"("cardIndex":43)" }),
+    [](const auto& row) { return std::string(row.param.name); });
+
+TEST(StoredImpacts, CopyThatIsChangedLeavesTheOtherAsItWas)
+{
+    const DetailPtr first = fullDetail();
+    auto document = QSharedPointer<till::Cheque>::create();
+    document->impacts.append(QSharedPointer<DiscountImpact>::create(first));
+    const QByteArray before = till::toJson(document);
+
+    DocumentImpactDetail copy = *first;
+    copy.setDiscountSum(1.0);
+    document->impacts.append(QSharedPointer<DiscountImpact>::create(DetailPtr::create(copy)));
+    const QByteArray after = till::toJson(document);
+    EXPECT_EQ(before.count(R"("discountSum":100.5)"), 1);
+    EXPECT_EQ(after.count(R"("discountSum":100.5)"), 1);
+    EXPECT_EQ(after.count(R"("discountSum":1,)"), 1);
 }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -48,6 +50,34 @@ TEST(StoredLine, EveryFieldComesBack)
     EXPECT_EQ(line->getMinPrice(), 60.05);
     EXPECT_EQ(line->getQuantity(), 1.235);
     EXPECT_EQ(line->getSumb(), 111.03);
+}
+
+TEST(StoredLine, IsWrittenAsItIsNow)
+{
+    auto document = QSharedPointer<till::Cheque>::create();
+    till::LineFields& fields = document->addLine(numbered(3))->fields;
+    const QList<std::function<void()>> changes {
+        [&] { fields.code = u"000042"_s; },
+        [&] { fields.barcode = u"4600051000057"_s; },
+        [&] { fields.price = 89.9; },
+        [&] { fields.minPrice = 60.05; },
+        [&] { fields.quantity = 1.235; },
+        [&] { fields.sum = 111.03; },
+        [&] { fields.sum = 0.0; },
+        [&] { fields.sum.reset(); },
+        [&] { fields.bonusSpendAllowed = false; },
+        [&] { fields.bonusEarnAllowed = false; },
+        [&] { fields.discountAllowed = false; },
+        [&] { fields.onlyExternalDiscountAllowed = true; },
+    };
+    for (qsizetype i = 0; i < changes.size(); ++i) {
+        const std::string before = till::toJson(document).toStdString();
+        EXPECT_EQ(till::toJson(document).toStdString(), before);
+        changes[i]();
+        EXPECT_NE(till::toJson(document).toStdString(), before) << "change " << i;
+        const auto read = roundTrip(document)->getGoodsItems().constFirst().dynamicCast<till::Line>();
+        EXPECT_TRUE(read->fields == fields) << "change " << i;
+    }
 }
 
 TEST(StoredLine, EachFlagComesBackByItself)

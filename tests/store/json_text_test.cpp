@@ -50,6 +50,13 @@ INSTANTIATE_TEST_SUITE_P(Forms, JsonNumber,
                          testing::Values(Number { "Zero", 0.0, "0" }, Number { "LessThanZero", -0.0, "0" },
                                          Number { "Whole", 100.0, "100" }, Number { "Price", 89.9, "89.9" },
                                          Number { "Negative", -1042.25, "-1042.25" },
+                                         Number { "Hundredth", 0.01, "0.01" },
+                                         Number { "NegativeTenth", -0.1, "-0.1" },
+                                         Number { "HundredthsWithZero", 12.05, "12.05" },
+                                         Number { "NextToHundredths", 12.050000000000002, "12.050000000000002" },
+                                         Number { "Thousandths", 0.125, "0.125" },
+                                         Number { "LargeSum", 999999999999.99, "999999999999.99" },
+                                         Number { "LargerSum", 1000000000000.01, "1000000000000.01" },
                                          Number { "Imprecise", 0.1 + 0.2, "0.30000000000000004" },
                                          Number { "Thousandth", 0.001, "0.001" }, Number { "Small", 0.0001, "1e-04" },
                                          Number { "Smaller", 1.5e-7, "1.5e-07" },
@@ -154,4 +161,26 @@ TEST(DocumentText, HoldsAnImpactAsItsStoredPropertiesAre)
 
     EXPECT_EQ(QJsonDocument(stored[u"impacts"_s][0][u"impact"_s].toObject()).toJson().toStdString(),
               QJsonDocument(QJsonObject::fromVariantMap(properties.toMap())).toJson().toStdString());
+}
+
+TEST(JsonTextOfLongTexts, EscapesALetterWhereverItStands)
+{
+    struct Letter {
+        QString letter;
+        std::string form;
+    };
+    const QList<Letter> letters { { u"\""_s, R"(\")" },        { u"\\"_s, R"(\\)" },
+                                  { u"\n"_s, R"(\n)" },        { u"\u001f"_s, R"(\u001f)" },
+                                  { u"\u00e9"_s, "\xc3\xa9" }, { u"\u8020"_s, "\xe8\x80\xa0" },
+                                  { u"\u0141"_s, "\xc5\x81" } };
+    const QString plain = u"abcdefghijklmnopqrstuvw"_s;
+    for (qsizetype size = 0; size <= plain.size(); ++size) {
+        for (qsizetype at = 0; at <= size; ++at) {
+            for (const Letter& each : letters) {
+                const std::string expected
+                    = '"' + plain.first(at).toStdString() + each.form + plain.sliced(at, size - at).toStdString() + '"';
+                EXPECT_EQ(writtenText(plain.first(at) + each.letter + plain.sliced(at, size - at)), expected);
+            }
+        }
+    }
 }

@@ -45,9 +45,9 @@ public:
     /// [blocks: for each message, the number of servers times the timeout at the longest]
     Outcome run(bool force = false, const std::function<bool()>& goOn = {});
 
-    /// Posts this one, whatever its state and its place. The verdict is as in `run`; false when it was not delivered. One
-    /// that was held or refused is so still when nobody has answered it. Throws `BasicException` when the store fails.
-    /// [blocks: the number of servers times the timeout at the longest]
+    /// Posts this one, whatever its state and its place. The verdict is as in `run`; false when it was not delivered.
+    /// One that was held or refused is so still when nobody has answered it. Throws `BasicException` when the store
+    /// fails. [blocks: the number of servers times the timeout at the longest]
     bool send(const store::QueueRecord& record);
 
 private:

@@ -20,8 +20,8 @@ struct Verdict {
     QString reason; // one line without credentials, of some hundred characters at the longest; empty when delivered
 };
 
-/// The verdict on the last `post` of the client. A status alone delivers nothing: the reply must be an envelope with the
-/// response to the operation. Does not throw. [any-thread]
+/// The verdict on the last `post` of the client. A status alone delivers nothing: the reply must be an envelope with
+/// the response to the operation. Does not throw. [any-thread]
 [[nodiscard]] VANTIRO_HOST_API Verdict verdictOn(RestClient& client, const QString& operation);
 
 } // namespace till

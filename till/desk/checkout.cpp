@@ -153,7 +153,8 @@ void Checkout::idle(std::chrono::milliseconds limit)
 void Checkout::open(const QString& step, const std::function<QSharedPointer<AbstractDocument>()>& make)
 {
     if (current) {
-        throw DeskError(QStringLiteral("cheque %1 is still open; close or cancel it first").arg(current->getChequeNumber()));
+        throw DeskError(
+            QStringLiteral("cheque %1 is still open; close or cancel it first").arg(current->getChequeNumber()));
     }
     const QSharedPointer<AbstractDocument> document = notOpened && notOpenedStep == step ? notOpened : make();
     if (!contentsOf(document).head.deferred) {
@@ -233,7 +234,8 @@ void Checkout::reveal(int number, std::optional<int> newNumber)
 bool Checkout::restore()
 {
     if (current) {
-        throw DeskError(QStringLiteral("cheque %1 is still open; close or cancel it first").arg(current->getChequeNumber()));
+        throw DeskError(
+            QStringLiteral("cheque %1 is still open; close or cancel it first").arg(current->getChequeNumber()));
     }
     for (const store::DocumentEntry& entry : store::documents()) {
         if (entry.state != DocumentState::open && entry.state != DocumentState::closing

@@ -23,8 +23,8 @@ class DeskListener;
 /// the order that the contract asks for. Each step that changes the document has it on disk before it returns; a till
 /// that dies goes on from there with `restore`. What the cashier has to read goes to `cashier()`.
 ///
-/// A step that cannot be done throws `DeskError` and changes nothing. A step of the loyalty system that fails is told to
-/// the cashier and returns false. A store that fails throws `BasicException`; the step can be repeated when it works
+/// A step that cannot be done throws `DeskError` and changes nothing. A step of the loyalty system that fails is told
+/// to the cashier and returns false. A store that fails throws `BasicException`; the step can be repeated when it works
 /// again, and does nothing twice: what was added is off the document again, and what could not be undone, since the
 /// loyalty system has had its part in it, is only saved. [cheque-thread] [blocks: as the hooks do]
 class VANTIRO_HOST_API Checkout {

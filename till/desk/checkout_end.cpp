@@ -90,8 +90,8 @@ bool Checkout::close()
 }
 
 /// From here to its end the document stands as `closing` on disk: a till that dies does all of this again, and the
-/// service counts the cheque once. After a failure of the store the plug-in's state may be gone, so what was told is not
-/// told again.
+/// service counts the cheque once. After a failure of the store the plug-in's state may be gone, so what was told is
+/// not told again.
 bool Checkout::tellClosed()
 {
     if (!committed) {

@@ -25,8 +25,8 @@ namespace {
         return QString::number(sum, 'f', 2);
     }
 
-    /// Asks about the cheque without its own discounts: the service grants each anew, and the plug-in tells it those that
-    /// it holds besides the document. They would count twice.
+    /// Asks about the cheque without its own discounts: the service grants each anew, and the plug-in tells it those
+    /// that it holds besides the document. They would count twice.
     [[nodiscard]] bool askUndiscounted(ChequeContents& cheque, const std::function<bool()>& question)
     {
         const QList<QSharedPointer<DocumentImpact>> impacts = cheque.impacts;

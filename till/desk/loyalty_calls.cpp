@@ -33,7 +33,8 @@ LoyaltyCalls::LoyaltyCalls(BasicLoyaltySystem& calledSystem)
 bool LoyaltyCalls::identifyByCard(QSharedPointer<DocumentCardRecord>& card, const QString& number) const
 {
     const bool ours = system.identifyByCard(card, ECardNumberType());
-    told("identifyByCard", QStringLiteral("%1: %2").arg(number, ours ? QStringLiteral("true") : QStringLiteral("false")));
+    told("identifyByCard",
+         QStringLiteral("%1: %2").arg(number, ours ? QStringLiteral("true") : QStringLiteral("false")));
     return ours;
 }
 

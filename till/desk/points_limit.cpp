@@ -59,7 +59,9 @@ QStringList explained(const PointsLimit& limit)
     if (kopecks(limit.most) <= 0) {
         return { QStringLiteral("Баллами не оплатить: ") + whatBinds(limit) };
     }
-    QStringList lines { QStringLiteral("Баллами можно оплатить %1, не больше: %2").arg(money(limit.most), whatBinds(limit)) };
+    QStringList lines {
+        QStringLiteral("Баллами можно оплатить %1, не больше: %2").arg(money(limit.most), whatBinds(limit))
+    };
     if (const QStringList amounts = amountsBelow(limit); !amounts.isEmpty()) {
         lines.append(QStringLiteral("Можно и меньше: ") + amounts.join(QStringLiteral(", ")));
     }

@@ -6,7 +6,8 @@
 
 namespace till {
 
-/// What decides how many points a cheque may take, in roubles, as the loyalty system and the till have it. A plain value.
+/// What decides how many points a cheque may take, in roubles, as the loyalty system and the till have it. A plain
+/// value.
 struct PointsLimit {
     double offered = 0.0; // by the service, for this cheque
     double needed = 0.0; // what points may still pay of it

@@ -9,6 +9,7 @@
 #include "host/document/money_item.h"
 #include "host/document/position.h"
 #include "host/export.h"
+#include "till/document/kept_maps.h"
 #include "till/document/line.h"
 
 #include <QDateTime>
@@ -55,8 +56,8 @@ public:
     /// Moves a live line to the deleted ones and returns it; null when no live line has the number. When it was the
     /// current position, the last live line is.
     QSharedPointer<GoodsItem> remove(int posnum);
-    /// Takes the line that was added last off, as if it had never been added: its position number is free again. When it
-    /// was the current position, the last live line is.
+    /// Takes the line that was added last off, as if it had never been added: its position number is free again. When
+    /// it was the current position, the last live line is.
     void withdrawLine();
     /// Makes a live line the current position. Throws `std::invalid_argument` when there is no such line.
     void selectPosition(int posnum);
@@ -89,6 +90,7 @@ public:
     QList<QSharedPointer<DocumentImpact>> impacts; // of all sources
     QList<DocumentBonusRecord> bonusRecords;
     QString pluginDataJson;
+    mutable KeptMaps keptPluginMaps; // what plug-ins store is written after every step, and most of it stays the same
 
 protected:
     ~ChequeContents();

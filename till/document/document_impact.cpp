@@ -1,6 +1,7 @@
 #include "host/document/document_impact.h"
 
 #include "host/facilities/serder.h"
+#include "till/document/stored_detail.h"
 
 #include <QVariantMap>
 
@@ -13,13 +14,6 @@ const serder::details::Strategy& detailStrategy()
     static const serder::details::Strategy strategy
         = serder::details::Strategy::create(DocumentImpactDetail::staticMetaObject);
     return strategy;
-}
-
-QVariant stored(const DocumentImpactDetail& detail)
-{
-    QVariant result;
-    detailStrategy().serialize(&result, &detail, DocumentImpactDetail::staticMetaObject);
-    return result;
 }
 
 DetailPtr restored(const QVariant& stored)
@@ -71,7 +65,7 @@ void DocumentImpact::addDetailForPosition(int position, double sum)
 
 QVariant DocumentImpact::storedTotals() const
 {
-    return stored(*totals);
+    return till::storedDetail(*totals);
 }
 
 void DocumentImpact::setStoredTotals(const QVariant& stored)
@@ -83,7 +77,7 @@ QVariant DocumentImpact::storedDetails() const
 {
     QVariantMap result;
     for (auto detail = details.constBegin(); detail != details.constEnd(); ++detail) {
-        result.insert(QString::number(detail.key()), stored(*detail.value()));
+        result.insert(QString::number(detail.key()), till::storedDetail(*detail.value()));
     }
     return result;
 }

@@ -1,4 +1,6 @@
-#include "host/document/document_impact_detail.h"
+#include "till/document/stored_detail.h"
+
+#include "host/facilities/serder.h"
 
 #include <QSharedData>
 
@@ -16,7 +18,45 @@ struct DocumentImpactDetailData : QSharedData {
     bool minPriceIgnored = false;
     QSharedPointer<DocumentCardRecord> card;
     QVariant cardIndex;
+
+    /// What is stored of a detail, and kept for the next time: the open cheque is stored after every step of the
+    /// cashier, and most details are those of the step before.
+    [[nodiscard]] static const QVariant& storedForm(const DocumentImpactDetail& detail)
+    {
+        static const auto strategy = serder::details::Strategy::create(DocumentImpactDetail::staticMetaObject);
+        if (!detail.d->form.isValid()) {
+            strategy.serialize(&detail.d->form, &detail, DocumentImpactDetail::staticMetaObject);
+        }
+        return detail.d->form;
+    }
+
+    [[nodiscard]] static QByteArray& keptText(const DocumentImpactDetail& detail)
+    {
+        return detail.d->text;
+    }
+
+    /// For every change: what was kept is another one's from then on.
+    [[nodiscard]] DocumentImpactDetailData& changing()
+    {
+        form.clear();
+        text.clear();
+        return *this;
+    }
+
+private:
+    mutable QVariant form; // invalid until it is asked for
+    mutable QByteArray text; // as JSON, likewise
 };
+
+QVariant till::storedDetail(const DocumentImpactDetail& detail)
+{
+    return DocumentImpactDetailData::storedForm(detail);
+}
+
+QByteArray& till::keptDetailText(const DocumentImpactDetail& detail)
+{
+    return DocumentImpactDetailData::keptText(detail);
+}
 
 DocumentImpactDetail::DocumentImpactDetail()
     : d(new DocumentImpactDetailData)
@@ -34,7 +74,7 @@ QString DocumentImpactDetail::getDiscountName() const
 
 void DocumentImpactDetail::setDiscountName(const QString& name)
 {
-    d->name = name;
+    d->changing().name = name;
 }
 
 double DocumentImpactDetail::getDiscountSum() const
@@ -44,7 +84,7 @@ double DocumentImpactDetail::getDiscountSum() const
 
 void DocumentImpactDetail::setDiscountSum(double sum)
 {
-    d->sum = sum;
+    d->changing().sum = sum;
 }
 
 int DocumentImpactDetail::getPosition() const
@@ -54,7 +94,7 @@ int DocumentImpactDetail::getPosition() const
 
 void DocumentImpactDetail::setPosition(int position)
 {
-    d->position = position;
+    d->changing().position = position;
 }
 
 int DocumentImpactDetail::getDiscountCode() const
@@ -64,7 +104,7 @@ int DocumentImpactDetail::getDiscountCode() const
 
 void DocumentImpactDetail::setDiscountCode(int code)
 {
-    d->code = code;
+    d->changing().code = code;
 }
 
 EDiscountObject::type DocumentImpactDetail::getDiscountObject() const
@@ -74,7 +114,7 @@ EDiscountObject::type DocumentImpactDetail::getDiscountObject() const
 
 void DocumentImpactDetail::setDiscountObject(EDiscountObject::type object)
 {
-    d->object = object;
+    d->changing().object = object;
 }
 
 EDiscountType::type DocumentImpactDetail::getDiscountType() const
@@ -84,7 +124,7 @@ EDiscountType::type DocumentImpactDetail::getDiscountType() const
 
 void DocumentImpactDetail::setDiscountType(EDiscountType::type type)
 {
-    d->type = type;
+    d->changing().type = type;
 }
 
 EDiscountMode::type DocumentImpactDetail::getDiscountMode() const
@@ -94,7 +134,7 @@ EDiscountMode::type DocumentImpactDetail::getDiscountMode() const
 
 void DocumentImpactDetail::setDiscountMode(EDiscountMode::type mode)
 {
-    d->mode = mode;
+    d->changing().mode = mode;
 }
 
 QVariant DocumentImpactDetail::getDiscountRate() const
@@ -104,7 +144,7 @@ QVariant DocumentImpactDetail::getDiscountRate() const
 
 void DocumentImpactDetail::setDiscountRate(const QVariant& rate)
 {
-    d->rate = rate;
+    d->changing().rate = rate;
 }
 
 EImpactSource::source DocumentImpactDetail::getImpactSource() const
@@ -114,7 +154,7 @@ EImpactSource::source DocumentImpactDetail::getImpactSource() const
 
 void DocumentImpactDetail::setImpactSource(EImpactSource::source source)
 {
-    d->source = source;
+    d->changing().source = source;
 }
 
 QDateTime DocumentImpactDetail::getDateTime() const
@@ -124,7 +164,7 @@ QDateTime DocumentImpactDetail::getDateTime() const
 
 void DocumentImpactDetail::setDateTime(const QDateTime& dateTime)
 {
-    d->dateTime = dateTime;
+    d->changing().dateTime = dateTime;
 }
 
 bool DocumentImpactDetail::isMinPriceIgnored() const
@@ -134,7 +174,7 @@ bool DocumentImpactDetail::isMinPriceIgnored() const
 
 void DocumentImpactDetail::setMinPriceIgnored(bool ignored)
 {
-    d->minPriceIgnored = ignored;
+    d->changing().minPriceIgnored = ignored;
 }
 
 QSharedPointer<DocumentCardRecord> DocumentImpactDetail::getCardRecord() const
@@ -144,7 +184,7 @@ QSharedPointer<DocumentCardRecord> DocumentImpactDetail::getCardRecord() const
 
 void DocumentImpactDetail::setCardRecord(const QSharedPointer<DocumentCardRecord>& card)
 {
-    d->card = card;
+    d->changing().card = card;
 }
 
 QVariant DocumentImpactDetail::getCardIndex() const
@@ -154,7 +194,7 @@ QVariant DocumentImpactDetail::getCardIndex() const
 
 void DocumentImpactDetail::setCardIndex(const QVariant& index)
 {
-    d->cardIndex = index;
+    d->changing().cardIndex = index;
 }
 
 int DocumentImpactDetail::getDiscountObjectNumber() const
@@ -164,7 +204,7 @@ int DocumentImpactDetail::getDiscountObjectNumber() const
 
 void DocumentImpactDetail::setDiscountObjectNumber(int number)
 {
-    d->object = number;
+    d->changing().object = number;
 }
 
 int DocumentImpactDetail::getDiscountTypeNumber() const
@@ -174,7 +214,7 @@ int DocumentImpactDetail::getDiscountTypeNumber() const
 
 void DocumentImpactDetail::setDiscountTypeNumber(int number)
 {
-    d->type = number;
+    d->changing().type = number;
 }
 
 int DocumentImpactDetail::getDiscountModeNumber() const
@@ -184,7 +224,7 @@ int DocumentImpactDetail::getDiscountModeNumber() const
 
 void DocumentImpactDetail::setDiscountModeNumber(int number)
 {
-    d->mode = number;
+    d->changing().mode = number;
 }
 
 int DocumentImpactDetail::getImpactSourceNumber() const
@@ -194,5 +234,5 @@ int DocumentImpactDetail::getImpactSourceNumber() const
 
 void DocumentImpactDetail::setImpactSourceNumber(int number)
 {
-    d->source = number;
+    d->changing().source = number;
 }

@@ -3,6 +3,7 @@
 #include "host/document/goods_item.h"
 #include "host/export.h"
 
+#include <QByteArray>
 #include <QString>
 
 #include <optional>
@@ -22,6 +23,8 @@ struct LineFields {
     bool bonusEarnAllowed = true;
     bool discountAllowed = true;
     bool onlyExternalDiscountAllowed = false;
+
+    [[nodiscard]] bool operator==(const LineFields& other) const = default;
 };
 
 /// A line of the reference till. The fields are set between hooks, never while one runs. [cheque-thread]
@@ -43,6 +46,14 @@ public:
     [[nodiscard]] bool isAllowOnlyExternalDiscount() const override;
 
     LineFields fields;
+
+    /// As JSON, for whoever stores the cheque: it is stored after every step of the cashier, and most lines are those of
+    /// the step before.
+    struct Kept {
+        LineFields fields;
+        QByteArray text; // of these fields; empty before the first time
+    };
+    mutable Kept kept;
 };
 
 }

@@ -1,11 +1,12 @@
 #include "host/facilities/serder.h"
 
+#include "till/facilities/moment_text.h"
+
 #include <QDateTime>
 #include <QMetaProperty>
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <limits>
 
 namespace serder {
@@ -14,67 +15,20 @@ namespace details {
 
 namespace {
 
-/// The number in so many digits, with zeros before it. Returns the place behind it.
-[[nodiscard]] QChar* putDigits(QChar* place, int number, int digits)
-{
-    constexpr int base = 10;
-    for (int i = digits - 1; i >= 0; --i) {
-        place[i] = QChar(u'0' + static_cast<char16_t>(number % base));
-        number /= base;
-    }
-    return place + digits;
-}
-
-/// `2024-03-05T14:07:09.250+03:00`, and `Z` for no distance, as Qt::ISODateWithMs has it of a moment that knows its
-/// distance from UTC. Written here because each line of a cheque has a moment and Qt formats each by `printf`.
-[[nodiscard]] QString isoText(const QDateTime& moment)
-{
-    constexpr int minute = 60;
-    constexpr qsizetype longest = 29;
-    int year = 0;
-    int month = 0;
-    int day = 0;
-    moment.date().getDate(&year, &month, &day);
-    const QTime time = moment.time();
-    const int offset = moment.offsetFromUtc();
-    const int minutes = std::abs(offset) / minute;
-    QString text(longest, u'-');
-    QChar* const begin = text.data();
-    QChar* place = putDigits(begin, year, 4) + 1;
-    place = putDigits(place, month, 2) + 1;
-    place = putDigits(place, day, 2);
-    *place++ = u'T';
-    place = putDigits(place, time.hour(), 2);
-    *place++ = u':';
-    place = putDigits(place, time.minute(), 2);
-    *place++ = u':';
-    place = putDigits(place, time.second(), 2);
-    *place++ = u'.';
-    place = putDigits(place, time.msec(), 3);
-    if (offset == 0) {
-        *place++ = u'Z';
-    } else {
-        *place++ = offset < 0 ? u'-' : u'+';
-        place = putDigits(place, minutes / minute, 2);
-        *place++ = u':';
-        place = putDigits(place, minutes % minute, 2);
-    }
-    text.truncate(place - begin);
-    return text;
-}
-
-/// A moment as text that JSON keeps: with its distance from UTC, as the time of the till alone comes twice in the hour
-/// in which clocks are set back. A moment that is none has no text.
+/// A moment as text that JSON keeps; one that is none has no text.
 [[nodiscard]] QVariant storedMoment(const QDateTime& moment)
 {
-    constexpr int lastYear = 9999; // beyond it, and before the first, years have other digits
     if (!moment.isValid()) {
         return {};
     }
-    const int year = moment.date().year();
-    return year > 0 && year <= lastYear
-        ? isoText(moment)
-        : moment.toOffsetFromUtc(moment.offsetFromUtc()).toString(Qt::ISODateWithMs);
+    // Details of one discount were made in one instant.
+    thread_local QDateTime last;
+    thread_local QVariant lastText;
+    if (!till::hasSameBits(moment, last)) {
+        last = moment;
+        lastText = till::momentText(moment);
+    }
+    return lastText;
 }
 
 /// The same moment in the time of the till, in which it is shown.

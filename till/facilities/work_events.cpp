@@ -19,6 +19,11 @@ void observeWork(std::function<void(const WorkEvent&)> call)
     observer() = std::move(call);
 }
 
+bool isWorkObserved()
+{
+    return static_cast<bool>(observer());
+}
+
 void tellWork(const WorkEvent& event)
 {
     if (observer()) {

@@ -15,8 +15,8 @@ using Kopecks = qint64;
     return std::llround(roubles * 100.0);
 }
 
-/// What so much of something costs, half a kopeck rounded up. Price and quantity are taken as what they stand for, whole
-/// kopecks and thousandths: the product of the doubles falls short of many a half.
+/// What so much of something costs, half a kopeck rounded up. Price and quantity are taken as what they stand for,
+/// whole kopecks and thousandths: the product of the doubles falls short of many a half.
 [[nodiscard]] inline Kopecks cost(double price, double quantity)
 {
     return std::llround(std::round(price * 100.0) * std::round(quantity * 1000.0) / 1000.0);

@@ -2,9 +2,9 @@
 
 #include <QString>
 
-/// A file of some space that is held back beside the database. On a full disk it is given up, so that what was begun can
-/// still be ended: a cheque is paid and closed, its message queued, a delivered one removed. While it is missing, no new
-/// document is begun; it is made again as soon as there is room.
+/// A file of some space that is held back beside the database. On a full disk it is given up, so that what was begun
+/// can still be ended: a cheque is paid and closed, its message queued, a delivered one removed. While it is missing,
+/// no new document is begun; it is made again as soon as there is room.
 ///
 /// None of these throws. Any process of the till may do any of it at any time. [any-thread] [blocks: the disk]
 namespace till::store {

@@ -5,6 +5,7 @@
 #include "till/document/cheque_contents.h"
 #include "till/document/line.h"
 #include "till/document/plugin_values.h"
+#include "till/document/stored_detail.h"
 #include "till/store/json_text.h"
 #include "till/store/stored_form.h"
 #include "till/store/stored_map.h"
@@ -54,6 +55,41 @@ namespace {
         json.endMap();
     }
 
+    void writeLine(JsonText& json, const Line& line)
+    {
+        const LineFields& fields = line.fields;
+        if (!line.kept.text.isEmpty() && line.kept.fields == fields) {
+            json.again(line.kept.text);
+            return;
+        }
+        const qsizetype place = json.place();
+        json.beginMap();
+        json.plainKey("barcode");
+        json.text(fields.barcode);
+        json.plainKey("bonusEarnAllowed");
+        json.flag(fields.bonusEarnAllowed);
+        json.plainKey("bonusSpendAllowed");
+        json.flag(fields.bonusSpendAllowed);
+        json.plainKey("code");
+        json.text(fields.code);
+        json.plainKey("discountAllowed");
+        json.flag(fields.discountAllowed);
+        json.plainKey("minPrice");
+        json.number(fields.minPrice);
+        json.plainKey("onlyExternalDiscountAllowed");
+        json.flag(fields.onlyExternalDiscountAllowed);
+        json.plainKey("posnum");
+        json.whole(fields.posnum);
+        json.plainKey("price");
+        json.number(fields.price);
+        json.plainKey("quantity");
+        json.number(fields.quantity);
+        json.plainKey("sum");
+        writeOptional(json, fields.sum);
+        json.endMap();
+        line.kept = { fields, json.valueAt(place) };
+    }
+
     void writeLines(JsonText& json, const QList<QSharedPointer<GoodsItem>>& lines)
     {
         json.beginList();
@@ -62,31 +98,7 @@ namespace {
             if (line == nullptr) {
                 refuseDocument(QStringLiteral("a line is not of this till"));
             }
-            const LineFields& fields = line->fields;
-            json.beginMap();
-            json.plainKey("barcode");
-            json.text(fields.barcode);
-            json.plainKey("bonusEarnAllowed");
-            json.flag(fields.bonusEarnAllowed);
-            json.plainKey("bonusSpendAllowed");
-            json.flag(fields.bonusSpendAllowed);
-            json.plainKey("code");
-            json.text(fields.code);
-            json.plainKey("discountAllowed");
-            json.flag(fields.discountAllowed);
-            json.plainKey("minPrice");
-            json.number(fields.minPrice);
-            json.plainKey("onlyExternalDiscountAllowed");
-            json.flag(fields.onlyExternalDiscountAllowed);
-            json.plainKey("posnum");
-            json.whole(fields.posnum);
-            json.plainKey("price");
-            json.number(fields.price);
-            json.plainKey("quantity");
-            json.number(fields.quantity);
-            json.plainKey("sum");
-            writeOptional(json, fields.sum);
-            json.endMap();
+            writeLine(json, *line);
         }
         json.endList();
     }
@@ -151,6 +163,12 @@ namespace {
     /// reading, so this is what has to follow when there are others; a test compares the two.
     void writeDetail(JsonText& json, const DocumentImpactDetail& detail)
     {
+        QByteArray& kept = keptDetailText(detail); // most details are those of the step before
+        if (!kept.isEmpty()) {
+            json.again(kept);
+            return;
+        }
+        const qsizetype place = json.place();
         json.beginMap();
         json.plainKey("cardIndex");
         json.any(detail.getCardIndex());
@@ -177,6 +195,7 @@ namespace {
         json.plainKey("position");
         json.whole(detail.getPosition());
         json.endMap();
+        kept = json.valueAt(place);
     }
 
     [[nodiscard]] QString kindOf(const DocumentImpact& impact)
@@ -277,7 +296,8 @@ QByteArray toJson(const QSharedPointer<AbstractDocument>& document)
         refuseDocument(QStringLiteral("the document is not of this till"));
     }
     auto* const back = dynamic_cast<BackBySaleDocument*>(document.data());
-    JsonText json;
+    thread_local qsizetype last = 0; // bytes; the next text is most often that of the same document
+    JsonText json(last + last / 8);
     json.beginMap();
     json.plainKey("bonusRecords");
     writeBonusRecords(json, *contents);
@@ -304,13 +324,17 @@ QByteArray toJson(const QSharedPointer<AbstractDocument>& document)
     json.plainKey("pluginDataJson");
     json.text(contents->pluginDataJson);
     json.plainKey("pluginValues");
+    json.keepMaps(&contents->keptPluginMaps);
     writePluginValues(json, *document);
+    json.keepMaps(nullptr);
     json.plainKey("sale");
     writeSale(json, back != nullptr ? back->getSource().data() : nullptr);
     json.plainKey("version");
     json.whole(stored::formatVersion);
     json.endMap();
-    return json.take();
+    QByteArray text = json.take();
+    last = text.size();
+    return text;
 }
 
 } // namespace till

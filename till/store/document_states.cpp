@@ -100,7 +100,9 @@ void saveAs(const QSharedPointer<AbstractDocument>& document, DocumentState stat
     executeEnding(query);
     query.finish();
     heedNumber(document->getDocumentIdentity(), document->getChequeNumber());
-    tellWork({ QStringLiteral("save"), nameOf(state), QString::fromUtf8(body) });
+    if (isWorkObserved()) {
+        tellWork({ QStringLiteral("save"), nameOf(state), QString::fromUtf8(body) });
+    }
 }
 
 void quarantine(const QString& identity)

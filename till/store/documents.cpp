@@ -38,7 +38,10 @@ void SaveToFileLogic::save(const QSharedPointer<AbstractDocument>& document, con
     query.bindValue(1, body);
     query.bindValue(2, extra.isNull() ? QStringLiteral("") : extra); // a null text would be bound as NULL
     query.bindValue(3, QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs));
-    till::store::executeEnding(query); // one statement, hence one transaction: the old state or the new one, never a mixture
+    // One statement, hence one transaction: the old state or the new one, never a mixture.
+    till::store::executeEnding(query);
     query.finish();
-    till::tellWork({ QStringLiteral("save"), QString(), QString::fromUtf8(body) });
+    if (till::isWorkObserved()) {
+        till::tellWork({ QStringLiteral("save"), QString(), QString::fromUtf8(body) });
+    }
 }

@@ -1,5 +1,7 @@
 #include "till/store/json_text.h"
 
+#include "till/facilities/moment_text.h"
+#include "till/store/json_letters.h"
 #include "till/store/stored_map.h"
 
 #include <QJsonArray>
@@ -7,7 +9,6 @@
 #include <QJsonObject>
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cmath>
 #include <utility>
@@ -18,120 +19,51 @@ namespace {
 
     constexpr qsizetype firstRoom = 4096; // bytes: a short cheque
 
-    constexpr std::array<bool, 128> plainAscii = [] {
-        std::array<bool, 128> plain {};
-        std::fill(plain.begin() + ' ', plain.end(), true);
-        plain['"'] = false;
-        plain['\\'] = false;
-        return plain;
-    }();
-
-    /// Of an escape that has a letter; none for the others.
-    [[nodiscard]] char shortEscape(char16_t letter)
-    {
-        switch (letter) {
-        case u'"':
-        case u'\\':
-            return static_cast<char>(letter);
-        case u'\b':
-            return 'b';
-        case u'\f':
-            return 'f';
-        case u'\n':
-            return 'n';
-        case u'\r':
-            return 'r';
-        case u'\t':
-            return 't';
-        default:
-            return '\0';
-        }
-    }
-
-    [[nodiscard]] char* escape(char16_t letter, char* place)
-    {
-        *place++ = '\\';
-        if (const char name = shortEscape(letter); name != '\0') {
-            *place++ = name;
-            return place;
-        }
-        *place++ = 'u';
-        for (const unsigned shift : { 12U, 8U, 4U, 0U }) {
-            *place++ = "0123456789abcdef"[(static_cast<unsigned>(letter) >> shift) & 0xfU];
-        }
-        return place;
-    }
-
-    /// In UTF-8, where every byte but the first brings six bits.
-    [[nodiscard]] char* encode(char32_t letter, char* place)
-    {
-        const auto following = [letter](unsigned shift) { return static_cast<char>(0x80U | ((letter >> shift) & 0x3fU)); };
-        if (letter < 0x800U) {
-            *place++ = static_cast<char>(0xc0U | (letter >> 6U));
-        } else if (letter < 0x10000U) {
-            *place++ = static_cast<char>(0xe0U | (letter >> 12U));
-            *place++ = following(6);
-        } else {
-            *place++ = static_cast<char>(0xf0U | (letter >> 18U));
-            *place++ = following(12);
-            *place++ = following(6);
-        }
-        *place++ = following(0);
-        return place;
-    }
-
 } // namespace
 
-JsonText::JsonText()
+JsonText::JsonText(qsizetype expected)
 {
-    grow(firstRoom);
+    grow(std::max(firstRoom, expected));
 }
 
 void JsonText::beginMap()
 {
+    provide(scalar);
     separate();
-    put('{');
+    *next++ = '{';
+    ++compounds;
 }
 
 void JsonText::endMap()
 {
-    put('}');
+    provide(scalar);
+    *next++ = '}';
 }
 
 void JsonText::beginList()
 {
+    provide(scalar);
     separate();
-    put('[');
+    *next++ = '[';
     ++lists;
+    ++compounds;
 }
 
 void JsonText::endList()
 {
-    put(']');
+    provide(scalar);
+    *next++ = ']';
     --lists;
 }
 
 void JsonText::key(QStringView name)
 {
-    separate();
     quote(name);
-    put(':');
-}
-
-void JsonText::plainKey(std::string_view name)
-{
-    constexpr qsizetype marks = 4; // comma, two quotation marks, colon
-    provide(static_cast<qsizetype>(name.size()) + marks);
-    separate();
-    *next++ = '"';
-    next = std::copy(name.begin(), name.end(), next);
-    *next++ = '"';
     *next++ = ':';
 }
 
 void JsonText::text(QStringView value)
 {
-    separate();
     quote(value);
 }
 
@@ -141,39 +73,83 @@ void JsonText::number(double value)
     if (!std::isfinite(value)) {
         refuseDocument(QStringLiteral("a number is infinite or none"));
     }
-    if (std::abs(value) < most && std::trunc(value) == value) {
+    const double size = std::abs(value);
+    if (size < most && std::trunc(value) == value) {
         whole(static_cast<qint64>(value));
         return;
     }
+    provide(scalar);
     separate();
+    if (putHundredths(value)) {
+        return;
+    }
     constexpr double least = 1e-3; // from here on Qt does without an exponent
-    if (std::abs(value) < most && std::abs(value) >= least) {
-        std::array<char, 32> digits {};
-        const std::to_chars_result result
-            = std::to_chars(digits.begin(), digits.end(), value, std::chars_format::fixed);
-        put({ digits.data(), result.ptr });
+    if (size < most && size >= least) {
+        next = std::to_chars(next, end, value, std::chars_format::fixed).ptr;
     } else {
         const QByteArray form = QByteArray::number(value, 'g', QLocale::FloatingPointShortest);
         put({ form.data(), static_cast<size_t>(form.size()) });
     }
 }
 
+/// Writes a number that is a whole number of hundredths, as sums are, and tells whether it was one. Below the limit two
+/// numbers of so many digits are never the same double, so no shorter form would stand for this one.
+bool JsonText::putHundredths(double value)
+{
+    constexpr double hundred = 100.0;
+    constexpr double most = 1e12;
+    const double size = std::abs(value);
+    if (size >= most) {
+        return false;
+    }
+    const auto hundredths = static_cast<quint64>(size * hundred + 0.5);
+    if (static_cast<double>(hundredths) / hundred != size) {
+        return false;
+    }
+    if (value < 0) {
+        *next++ = '-';
+    }
+    constexpr quint64 base = 10;
+    putWhole(hundredths / (base * base));
+    *next++ = '.';
+    *next++ = static_cast<char>('0' + hundredths / base % base);
+    if (hundredths % base != 0) {
+        *next++ = static_cast<char>('0' + hundredths % base);
+    }
+    return true;
+}
+
 void JsonText::whole(qint64 value)
 {
-    std::array<char, 20> digits {}; // the longest is the least one
-    const std::to_chars_result result = std::to_chars(digits.begin(), digits.end(), value);
+    provide(scalar);
     separate();
-    put({ digits.data(), result.ptr });
+    if (value < 0) {
+        *next++ = '-';
+    }
+    putWhole(value < 0 ? -static_cast<quint64>(value) : static_cast<quint64>(value));
+}
+
+/// The room was provided.
+inline void JsonText::putWhole(quint64 value)
+{
+    constexpr quint64 base = 10;
+    if (value < base) {
+        *next++ = static_cast<char>('0' + value);
+    } else {
+        next = std::to_chars(next, end, value).ptr;
+    }
 }
 
 void JsonText::flag(bool value)
 {
+    provide(scalar);
     separate();
     put(value ? std::string_view("true") : std::string_view("false"));
 }
 
 void JsonText::nothing()
 {
+    provide(scalar);
     separate();
     put("null");
 }
@@ -185,15 +161,15 @@ void JsonText::moment(const QDateTime& value)
         return;
     }
     // Details of one discount were made in one instant, and there is one for each line.
-    const bool isLast = value.timeSpec() == Qt::LocalTime && lastMoment.timeSpec() == Qt::LocalTime && value == lastMoment;
-    if (!isLast) {
+    if (!hasSameBits(value, lastMoment)) {
         lastMoment = value;
-        lastMomentText = value.toOffsetFromUtc(value.offsetFromUtc()).toString(Qt::ISODateWithMs).toLatin1();
+        lastMomentText = momentText(value).toLatin1();
     }
+    provide(lastMomentText.size() + scalar);
     separate();
-    put('"');
+    *next++ = '"';
     put({ lastMomentText.data(), static_cast<size_t>(lastMomentText.size()) });
-    put('"');
+    *next++ = '"';
 }
 
 void JsonText::any(const QVariant& value)
@@ -209,11 +185,13 @@ void JsonText::any(const QVariant& value)
         flag(value.toBool());
         break;
     case QMetaType::Int:
+        whole(*static_cast<const int*>(value.constData()));
+        break;
     case QMetaType::LongLong:
-        whole(value.toLongLong());
+        whole(*static_cast<const qlonglong*>(value.constData()));
         break;
     case QMetaType::Double:
-        number(value.toDouble());
+        number(*static_cast<const double*>(value.constData()));
         break;
     case QMetaType::QVariantMap:
         map(*static_cast<const QVariantMap*>(value.constData()));
@@ -239,89 +217,86 @@ void JsonText::any(const QVariant& value)
 
 void JsonText::map(const QVariantMap& values)
 {
+    constexpr qsizetype fewestKept = 8; // entries
+    const bool isLarge = keptMaps != nullptr && values.size() >= fewestKept;
+    if (isLarge && nextKept < keptMaps->size() && keptMaps->at(nextKept).map.isSharedWith(values)) {
+        again(keptMaps->at(nextKept++).text);
+        return;
+    }
+    const qsizetype start = place();
+    const qsizetype compoundsBefore = compounds;
     beginMap();
     for (auto entry = values.cbegin(); entry != values.cend(); ++entry) {
         key(entry.key());
         any(entry.value());
     }
     endMap();
+    if (isLarge && compounds == compoundsBefore + 1) {
+        keptMaps->resize(std::max(keptMaps->size(), nextKept + 1));
+        (*keptMaps)[nextKept++] = { values, valueAt(start) };
+    }
+}
+
+void JsonText::keepMaps(KeptMaps* maps)
+{
+    if (keptMaps != nullptr) {
+        keptMaps->resize(nextKept);
+    }
+    keptMaps = maps;
+    nextKept = 0;
+}
+
+qsizetype JsonText::place() const
+{
+    return next - begin;
+}
+
+QByteArray JsonText::valueAt(qsizetype place) const
+{
+    const char* const from = begin + place;
+    const QByteArrayView value(*from == ',' ? from + 1 : from, next);
+    return value.toByteArray();
+}
+
+void JsonText::again(QByteArrayView value)
+{
+    provide(value.size() + scalar);
+    separate();
+    put({ value.data(), static_cast<size_t>(value.size()) });
 }
 
 QByteArray JsonText::take()
 {
-    written.truncate(next - written.constData());
+    written.truncate(next - begin);
+    begin = nullptr;
     next = nullptr;
     end = nullptr;
     return std::exchange(written, QByteArray());
 }
 
-/// Room for so many bytes more.
-void JsonText::provide(qsizetype count)
-{
-    if (end - next < count) {
-        grow(count);
-    }
-}
-
 void JsonText::grow(qsizetype count)
 {
-    const qsizetype used = next == nullptr ? 0 : next - written.constData();
+    const qsizetype used = next - begin;
     written.resize(std::max(written.size() * 2, used + count));
-    next = written.data() + used;
-    end = written.data() + written.size();
+    begin = written.data();
+    next = begin + used;
+    end = begin + written.size();
 }
 
-void JsonText::put(std::string_view plain)
-{
-    provide(static_cast<qsizetype>(plain.size()));
-    next = std::copy(plain.begin(), plain.end(), next);
-}
-
-void JsonText::put(char letter)
-{
-    provide(1);
-    *next++ = letter;
-}
-
-/// What was written last tells whether something stands before: texts end in a quotation mark.
-void JsonText::separate()
-{
-    if (next == nullptr || next == written.constData()) {
-        return;
-    }
-    const char last = next[-1];
-    if (last != '{' && last != '[' && last != ':') {
-        put(',');
-    }
-}
-
+/// Leaves room for a colon.
 void JsonText::quote(QStringView value)
 {
-    constexpr qsizetype longest = 6; // bytes of an escape
-    provide(value.size() * longest + 2);
-    const char16_t* from = value.utf16();
-    const char16_t* const valueEnd = from + value.size();
-    char* place = next;
-    *place++ = '"';
-    while (from != valueEnd) {
-        const char16_t letter = *from++;
-        if (letter < plainAscii.size() && plainAscii[letter]) {
-            *place++ = static_cast<char>(letter);
-        } else if (letter >= plainAscii.size() && !QChar::isSurrogate(letter)) {
-            place = encode(letter, place);
-        } else if (QChar::isHighSurrogate(letter) && from != valueEnd && QChar::isLowSurrogate(*from)) {
-            place = encode(QChar::surrogateToUcs4(letter, *from++), place);
-        } else {
-            place = escape(letter, place);
-        }
-    }
-    *place++ = '"';
-    next = place;
+    provide(value.size() * longestLetter + scalar);
+    separate();
+    *next++ = '"';
+    next = writeLetters(value, next);
+    *next++ = '"';
 }
 
 /// Rare types. Qt goes a way of its own within lists.
 void JsonText::asQtHasIt(const QVariant& value)
 {
+    ++compounds;
     if (value.metaType() == QMetaType::fromType<float>() && !std::isfinite(value.toFloat())) {
         number(value.toDouble()); // refuses it
     }
@@ -329,6 +304,7 @@ void JsonText::asQtHasIt(const QVariant& value)
     const QJsonDocument whole = lists > 0 ? QJsonDocument(QJsonArray::fromVariantList({ value }))
                                           : QJsonDocument(QJsonObject::fromVariantMap({ { QString(), value } }));
     const QByteArray form = whole.toJson(QJsonDocument::Compact);
+    provide(form.size() + scalar);
     separate();
     put(std::string_view(form.data(), static_cast<size_t>(form.size())).substr(0, static_cast<size_t>(form.size()) - 1)
             .substr(before.size()));

@@ -74,8 +74,8 @@ namespace {
 
     void update(qint64 id, RecordState state, int attempts, const QString& reason)
     {
-        QSqlQuery query
-            = prepare(QStringLiteral("UPDATE queue SET state = ?, attempts = ?, reason = ?, not_before = '' WHERE id = ?"));
+        QSqlQuery query = prepare(
+            QStringLiteral("UPDATE queue SET state = ?, attempts = ?, reason = ?, not_before = '' WHERE id = ?"));
         query.addBindValue(nameOf(state));
         query.addBindValue(attempts);
         query.addBindValue(bound(reason));

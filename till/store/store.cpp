@@ -216,8 +216,8 @@ namespace {
         run(database, QStringLiteral("COMMIT"));
     }
 
-    /// A transaction that has failed may stand on the disk all the same, and not last: the same values written once more
-    /// would then change nothing, and be taken for saved. Something is changed first.
+    /// A transaction that has failed may stand on the disk all the same, and not last: the same values written once
+    /// more would then change nothing, and be taken for saved. Something is changed first.
     [[nodiscard]] QSqlError write(QSqlQuery& query)
     {
         static std::atomic<bool> doubtful = false;

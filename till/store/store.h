@@ -14,9 +14,9 @@
 /// a message as delivered. Deleted rows are overwritten and the files are closed to others: messages hold credentials.
 namespace till::store {
 
-/// Opens the database in the folder, and makes both where they are missing (0700 and 0600). Throws `BasicException` when
-/// that cannot be done, and when the database was written by a newer till, whose bytes stay as they are; no store is
-/// open then. Opened again with another folder, it moves there. [cheque-thread] [blocks: for the disk]
+/// Opens the database in the folder, and makes both where they are missing (0700 and 0600). Throws `BasicException`
+/// when that cannot be done, and when the database was written by a newer till, whose bytes stay as they are; no store
+/// is open then. Opened again with another folder, it moves there. [cheque-thread] [blocks: for the disk]
 VANTIRO_HOST_API void open(const QString& folder);
 
 /// Closes the calling thread's connection and forgets the folder. [cheque-thread]
@@ -32,8 +32,8 @@ VANTIRO_HOST_API void releaseConnection();
 
 /// A prepared statement; parameters are always bound. Throw `BasicException` with the database's reason.
 [[nodiscard]] VANTIRO_HOST_API QSqlQuery prepare(const QString& statement);
-/// The same statement kept for the connection of the calling thread: prepared once, and bound anew each time. Whoever is
-/// done with it calls its `finish`. Valid until the connection is released or the store is opened or closed.
+/// The same statement kept for the connection of the calling thread: prepared once, and bound anew each time. Whoever
+/// is done with it calls its `finish`. Valid until the connection is released or the store is opened or closed.
 [[nodiscard]] VANTIRO_HOST_API QSqlQuery& prepareOnce(const QString& statement);
 VANTIRO_HOST_API void execute(QSqlQuery& query);
 /// Moves to the next row of an executed query; false behind the last one. A row that cannot be read is no end: throws

@@ -5,9 +5,9 @@
 
 namespace till {
 
-/// Whether a stored JSON text holds what Qt's reader takes though JSON does not allow it: within texts control characters
-/// as they are and escapes that are none, outside of them other control characters than white space, and numbers without
-/// a digit where one belongs. Nobody writes such a text, so it was damaged. [any-thread]
+/// Whether a stored JSON text holds what Qt's reader takes though JSON does not allow it: within texts control
+/// characters as they are and escapes that are none, outside of them other control characters than white space, and
+/// numbers without a digit where one belongs. Nobody writes such a text, so it was damaged. [any-thread]
 [[nodiscard]] inline bool isLooseJson(QByteArrayView text)
 {
     const auto isDigitAt
