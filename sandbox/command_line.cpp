@@ -48,6 +48,7 @@ CommandLine parseCommandLine(int argc, const char* const* argv)
         "A sandbox of the loyalty service: every operation over SOAP, rules in a file, state in SQLite, faults on "
         "demand.\nPrints one line with its two addresses when it is ready.",
         "vantiro-sandbox");
+    app.set_version_flag("--version", VANTIRO_VERSION);
     app.add_option("--rules", options.rules, "The rule file; examples/rules.yaml is a commented one")
         ->required()
         ->type_name("FILE");
@@ -83,6 +84,9 @@ CommandLine parseCommandLine(int argc, const char* const* argv)
         }
     } catch (const CLI::CallForHelp&) {
         line.text = app.help();
+        return line;
+    } catch (const CLI::CallForVersion&) {
+        line.text = app.version() + '\n';
         return line;
     } catch (const CLI::ParseError& mistake) {
         throw CommandLineMistake(oneLine(mistake.what()) + "; see vantiro-sandbox --help");

@@ -10,7 +10,7 @@ namespace sandbox {
 struct CommandLine {
     Options options;
     bool isQuiet = false;
-    std::string text; // of --help: to be printed instead of running
+    std::string text; // of --help and --version: to be printed instead of running
 };
 
 /// One line that says what is wrong with the command line and what to do.

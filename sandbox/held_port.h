@@ -4,8 +4,8 @@
 
 namespace sandbox {
 
-/// A port that is kept for as long as this lives: nobody else is given it while nobody listens on it, and connections to
-/// it are refused. Whoever listens on it needs SO_REUSEADDR. Thread-safe.
+/// A port that is kept for as long as this lives: nobody else is given it while nobody listens on it, and connections
+/// to it are refused. Whoever listens on it needs SO_REUSEADDR. Thread-safe.
 class HeldPort {
 public:
     /// Port 0 takes a free one. Throws `std::system_error` with the system's number when the port cannot be had.

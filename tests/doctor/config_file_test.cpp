@@ -38,7 +38,7 @@ INSTANTIATE_TEST_SUITE_P(
               "forbidDiscountForDiscountedPosition, checkCouponPrefix, checkCouponMask, positionCouponPrefix, "
               "positionCouponMask, restoreLoyaltyState; everything else has its default.\n" },
         Row { "EmptyFile", "", "warning Nothing is set in [Vantiro], so all defaults hold; set at least hosts.\n" },
-        Row { "RemarksAndOtherSectionsAreNoFindings", "# a\n; b\n\n[Till]\nshift=2\n[Vantiro]\nhosts=a\n",
+        Row { "RemarksAndOtherSectionsAreNoFindings", "# a\n; b\n\n[Scale]\nport=2\n[Vantiro]\nhosts=a\n",
               "ok      [Vantiro] sets hosts; everything else has its default.\n" },
         Row {
             "ServersNotSet", "[Vantiro]\ntimeout=3\n",
@@ -74,6 +74,18 @@ INSTANTIATE_TEST_SUITE_P(
         Row { "SectionMistyped", "[Vantrio]\nhosts=a\n",
               "warning Line 1 begins the section [Vantrio], which nobody reads; write [Vantiro].\n"
               "warning Nothing is set in [Vantiro], so all defaults hold; set at least hosts.\n" },
+        Row { "EveryNameOfTheTillIsKnown", "[Vantiro]\nhosts=a\n[Till]\nshift=2\nslips=/s\ndeliveryTimeout=9\n",
+              "ok      [Vantiro] sets hosts; everything else has its default.\n" },
+        Row { "UnknownNameOfTheTill", "[Vantiro]\nhosts=a\n[Till]\nslip=/s\n",
+              "ok      [Vantiro] sets hosts; everything else has its default.\n"
+              "warning Line 4 sets an unknown name \"slip\" in [Till], which has no effect; \"slips\" was probably "
+              "meant.\n" },
+        Row { "NameOfTheTillTwice", "[Vantiro]\nhosts=a\n[Till]\nshift=1\nshift=2\n",
+              "ok      [Vantiro] sets hosts; everything else has its default.\n"
+              "warning Line 5 sets \"shift\" once more, and only the last one counts; remove the others.\n" },
+        Row { "SectionOfTheTillMistyped", "[Vantiro]\nhosts=a\n[till]\nshift=2\n",
+              "warning Line 3 begins the section [till], which nobody reads; write [Till].\n"
+              "ok      [Vantiro] sets hosts; everything else has its default.\n" },
         Row { "NameAboveTheSections", "hosts=a\n[Vantiro]\nhosts=b\n",
               "warning Line 1 stands above the first section and has no effect; put it below [Vantiro].\n"
               "ok      [Vantiro] sets hosts; everything else has its default.\n" },

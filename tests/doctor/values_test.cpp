@@ -74,6 +74,15 @@ INSTANTIATE_TEST_SUITE_P(
         Row { "RestoreFlagOfNeither", "restoreLoyaltyState=2\n",
               std::string("warning restoreLoyaltyState is neither true nor false, so false holds; correct it.\n")
                   + fiveSeconds },
+        Row { "MasksThatAreExpressions", "checkCouponMask=c-\\d{3}\npositionCouponMask=(p|q).*\n", fiveSeconds },
+        Row { "MaskWithAnOpenBracket", "checkCouponMask=(c-.*\n",
+              std::string("warning checkCouponMask is no regular expression (unexpected end), so no number is such a "
+                          "coupon; correct it.\n")
+                  + fiveSeconds },
+        Row { "MaskOfAPositionThatRepeatsNothing", "positionCouponMask=*p\n",
+              std::string("warning positionCouponMask is no regular expression (bad repetition syntax), so no number is such a coupon; "
+                          "correct it.\n")
+                  + fiveSeconds },
         Row { "UserAlone", "user=till\n",
               std::string("warning user is set without password; set both, or neither.\n") + fiveSeconds },
         Row { "PasswordAlone", "password=hunter2\n",

@@ -9,7 +9,8 @@
 
 using namespace Qt::StringLiterals;
 
-// The page for operators has every text that a cashier, the log or the queue can show, to the letter, and no other.
+// The page for operators has every text that a cashier, the log or the queue can show, to the letter, and no other; that
+// for integrators has none that no source says.
 
 namespace {
 
@@ -130,4 +131,18 @@ TEST(OperatorsPage, TellsEachUnderTheLevelThatItIsLoggedAt)
         }
     }
     EXPECT_GT(told, 60);
+}
+
+TEST(IntegratorsPage, TellsTheCashiersTextsToTheLetter)
+{
+    const Page integrators(projectText(u"docs/integrators.md"_s));
+    int told = 0;
+    for (const Row& row : integrators.rows()) {
+        if (row.head.constFirst() == u"text") {
+            const QString text = codeOf(row.cells.constFirst());
+            EXPECT_TRUE(messagesOfSources().all.contains(text)) << row.cells.constFirst().toStdString();
+            ++told;
+        }
+    }
+    EXPECT_EQ(told, 10);
 }

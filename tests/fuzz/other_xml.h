@@ -45,8 +45,8 @@ enum class XmlEncoding {
 /// The same text with the sign for every byte beyond ASCII, for texts in a charset that nobody has told of.
 [[nodiscard]] std::string inAscii(std::string text, char sign = '_');
 
-/// Whether both hold the same elements with the same names, attributes and texts, white space left out and attributes in
-/// any order. Empty when they do; else what differs first.
+/// Whether both hold the same elements with the same names, attributes and texts, white space left out and attributes
+/// in any order. Empty when they do; else what differs first.
 [[nodiscard]] std::string difference(const XmlElement& one, const XmlElement& other);
 
 } // namespace fuzz

@@ -79,8 +79,8 @@ enum class Ending { value, refused, fault, noConnection };
 /// Runs the call; what it throws besides the three classes of the client passes through.
 [[nodiscard]] Ending endingOf(const std::function<void()>& call);
 
-/// As the operation must read the reply: the text of the only result, or of the first one; nothing when the reply is not
-/// XML or has none.
+/// As the operation must read the reply: the text of the only result, or of the first one; nothing when the reply is
+/// not XML or has none.
 [[nodiscard]] std::optional<std::string> onlyText(std::string_view reply, std::string_view tag);
 [[nodiscard]] std::optional<std::string> firstText(std::string_view reply, std::string_view tag);
 

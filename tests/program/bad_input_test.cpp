@@ -34,8 +34,28 @@ TEST(BadInput, WithoutACommandTheUsageIsNamed)
 {
     const ProgramRun run = runProgram(QStringLiteral(VANTIRO_TILL_PROGRAM), {});
     EXPECT_EQ(run.status, 2);
-    EXPECT_THAT(run.errors, HasSubstr("A subcommand is required"));
-    EXPECT_THAT(run.errors, HasSubstr("--help"));
+    EXPECT_EQ(run.errors, "vantiro-till: A subcommand is required; see vantiro-till --help\n");
+}
+
+TEST(BadInput, MistakesInOptionsNameTheHelpOfTheirCommand)
+{
+    struct Mistake {
+        QStringList arguments;
+        std::string reason;
+    };
+    const QList<Mistake> mistakes {
+        { { "--verson" }, "A subcommand is required; see vantiro-till --help" },
+        { { "play", "--wir", "x" }, "The following argument was not expected: --wir; see vantiro-till play --help" },
+        { { "play" }, "FILE is required; see vantiro-till play --help" },
+        { { "queue" }, "A subcommand is required; see vantiro-till queue --help" },
+        { { "queue", "send", "one" }, "Could not convert: ID = one; see vantiro-till queue send --help" },
+    };
+    for (const Mistake& mistake : mistakes) {
+        const ProgramRun run = runProgram(QStringLiteral(VANTIRO_TILL_PROGRAM), mistake.arguments);
+        EXPECT_EQ(run.status, 2);
+        EXPECT_EQ(run.errors, "vantiro-till: " + mistake.reason + '\n');
+        EXPECT_EQ(run.output, "");
+    }
 }
 
 TEST(BadInput, UnknownCommandIsRefused)
@@ -98,7 +118,8 @@ TEST(BadInput, PluginThatIsNotWhereItIsInstalledIsAskedFor)
     const TillProgram till;
     const QString program = till.path("vantiro-till");
     ASSERT_TRUE(QFile::copy(QStringLiteral(VANTIRO_TILL_PROGRAM), program));
-    const ProgramRun run = runProgram(program, { "play", till.write("script.till", "open sale 1\n"), "--data", till.path("data") });
+    const ProgramRun run
+        = runProgram(program, { "play", till.write("script.till", "open sale 1\n"), "--data", till.path("data") });
     EXPECT_EQ(run.status, 1);
     expectOneLine(run);
     EXPECT_THAT(run.errors, HasSubstr("libvantiro.so is not where it is installed; name it with --plugin FILE"));
@@ -188,12 +209,14 @@ TEST(BadInput, UnknownRecordOfTheQueueIsNamed)
 TEST(BadInput, FolderWithoutATillIsNamedAndNotMade)
 {
     const TillProgram till;
-    for (const QStringList& command : { QStringList { "queue", "list" }, { "reconcile", "--sandbox", "a=http://b/,http://c/" } }) {
+    for (const QStringList& command :
+         { QStringList { "queue", "list" }, { "reconcile", "--sandbox", "a=http://b/,http://c/" } }) {
         const ProgramRun run = till.run(command);
         EXPECT_EQ(run.status, 1);
         expectOneLine(run);
-        EXPECT_THAT(run.errors, HasSubstr("there is no till in " + till.path("data").toStdString()
-                                          + "; name its folder with --data DIR"));
+        EXPECT_THAT(
+            run.errors,
+            HasSubstr("there is no till in " + till.path("data").toStdString() + "; name its folder with --data DIR"));
         EXPECT_FALSE(QFileInfo::exists(till.path("data")));
     }
 }
@@ -213,9 +236,9 @@ TEST(BadInput, ExportOverwritesNothing)
 TEST(BadInput, SandboxWithATakenPortSaysSo)
 {
     const vantiro_test::DeafPort taken;
-    const ProgramRun run = runProgram(QStringLiteral(VANTIRO_SANDBOX_PROGRAM),
-                                      { "--rules", QStringLiteral(VANTIRO_EXAMPLES "/rules.yaml"), "--port",
-                                        QString::number(taken.number()) });
+    const ProgramRun run = runProgram(
+        QStringLiteral(VANTIRO_SANDBOX_PROGRAM),
+        { "--rules", QStringLiteral(VANTIRO_EXAMPLES "/rules.yaml"), "--port", QString::number(taken.number()) });
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.errors, HasSubstr(std::to_string(taken.number())));
     EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1) << run.errors;

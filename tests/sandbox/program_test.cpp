@@ -9,6 +9,7 @@
 #include <atomic>
 #include <barrier>
 #include <csignal>
+#include <regex>
 
 using namespace std::chrono_literals;
 
@@ -290,12 +291,20 @@ TEST_F(SandboxProgram, HelpTellsEveryOptionFaultAndControlCall)
     EXPECT_EQ(program.wait(), 0);
     const std::string help = program.output();
     for (const char* const word :
-         { "--rules", "--state", "--name",    "--bind",  "--port",    "--control",  "--fault", "--namespace",
-           "--quiet", "refuse",  "silence",   "delay",   "reset",     "drop",       "404",     "503",
-           "500",     "prefix",  "truncated", "not-xml", "giant",     "nested",     "/health", "/requests",
-           "/books",  "/faults", "/stop",     "/start",  "/shutdown", "Exit status" }) {
+         { "--rules",   "--state",   "--name",  "--bind",    "--port",  "--control", "--fault",    "--namespace",
+           "--quiet",   "--version", "refuse",  "silence",   "delay",   "reset",     "drop",       "404",
+           "503",       "500",       "prefix",  "truncated", "not-xml", "giant",     "nested",     "/health",
+           "/requests", "/books",    "/faults", "/stop",     "/start",  "/shutdown", "Exit status" }) {
         EXPECT_NE(help.find(word), std::string::npos) << word;
     }
+}
+
+TEST_F(SandboxProgram, VersionNeedsNoRules)
+{
+    ProgramUnderTest program({ "--version" });
+    EXPECT_EQ(program.wait(), 0);
+    EXPECT_TRUE(std::regex_match(program.output(), std::regex("\\d+\\.\\d+\\.\\d+\n"))) << program.output();
+    EXPECT_EQ(program.errors(), "");
 }
 
 TEST_F(SandboxProgram, ExampleRulesStartIt)

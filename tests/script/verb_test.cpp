@@ -1,9 +1,11 @@
 #include "tests/script/script_till.h"
 #include "till/store/queue_records.h"
+#include "till/store/store.h"
 
 #include <gmock/gmock.h>
 
 using namespace Qt::StringLiterals;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -136,11 +138,37 @@ TEST_F(Verb, DeliverEmptiesTheQueueAndTellsTheCount)
 {
     down = true;
     playWell({ u"open sale"_s, u"scan 461 @50"_s, u"pay cash"_s, u"close"_s, u"expect queue 1 pending"_s });
+    EXPECT_THAT(output(), EndsWith("    in the queue, waiting for delivery: 1"));
     playWell({ u"deliver"_s, u"expect failed"_s });
     EXPECT_THAT(output(), HasSubstr("delivered 0, stepped aside 0"));
     down = false;
     playWell({ u"deliver"_s, u"expect ok"_s, u"expect queue 0"_s, u"expect wire OfflineAccrual@first"_s });
     EXPECT_THAT(output(), HasSubstr("delivered 1, stepped aside 0"));
+}
+
+TEST_F(Verb, ClosingAndCancellingTellWhatWaits)
+{
+    playWell({ u"open sale"_s, u"scan 461 @50"_s, u"pay cash"_s, u"close"_s });
+    EXPECT_THAT(output(), Not(HasSubstr("in the queue")));
+    down = true;
+    playWell({ u"open sale"_s, u"scan 461 @50"_s, u"pay cash"_s, u"close"_s });
+    EXPECT_THAT(output(), EndsWith("    in the queue, waiting for delivery: 1"));
+    playWell({ u"open sale"_s, u"scan 461 @50"_s, u"cancel"_s });
+    EXPECT_THAT(output(), HasSubstr("    in the queue, waiting for delivery: "));
+    till::store::setAside(till::store::queueRecords().first().id, till::store::RecordState::refused, 1, u"-"_s);
+    down = false;
+    playWell({ u"deliver"_s, u"open sale"_s, u"scan 461 @50"_s, u"pay cash"_s, u"close"_s });
+    EXPECT_THAT(output(), Not(HasSubstr("in the queue"))) << "what is refused does not wait";
+}
+
+TEST_F(Verb, QueueThatCannotBeReadDoesNotUndoTheClose)
+{
+    playWell({ u"open sale"_s, u"scan 461 @50"_s, u"pay cash"_s });
+    QSqlQuery hidden = till::store::prepare(u"ALTER TABLE queue RENAME TO hidden"_s);
+    till::store::execute(hidden);
+    playWell({ u"close"_s, u"expect ok"_s });
+    EXPECT_THAT(output(), HasSubstr("    the queue cannot be read: "));
+    EXPECT_FALSE(checkout->isOpen());
 }
 
 TEST_F(Verb, CrashIsWhatTheHostSays)

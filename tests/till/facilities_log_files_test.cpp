@@ -159,6 +159,33 @@ TEST_F(LogFileTest, CredentialsAreNotWritten)
     EXPECT_EQ(lines(), QStringList { "trace [vantiro] {\"Authorization\":\"***\"}" });
 }
 
+TEST_F(LogFileTest, EventsAlikeAreLinesEach)
+{
+    logToFile();
+    const Log4Qt::Logger& ping = *LogManager::logger(QStringLiteral("vantiro"), QStringLiteral("ping"));
+    const Log4Qt::Logger& manager = *LogManager::logger(QStringLiteral("taskmanager"), QStringLiteral("ping"));
+    vantiro.error("сбой");
+    vantiro.error("сбой");
+    vantiro.info("сбой");
+    ping.info("сбой");
+    manager.info("сбой");
+    manager.info("сбой!");
+    manager.info("сбой!");
+    EXPECT_EQ(lines(),
+              (QStringList { "error [vantiro] сбой", "error [vantiro] сбой", "info [vantiro] сбой",
+                             "info [vantiro/ping] сбой", "info [taskmanager/ping] сбой",
+                             "info [taskmanager/ping] сбой!", "info [taskmanager/ping] сбой!" }));
+}
+
+TEST_F(LogFileTest, CredentialsOfEventsAlikeAreNotWritten)
+{
+    logToFile();
+    for (int i = 0; i < 3; ++i) {
+        vantiro.info("%1", QStringLiteral("password=canary"));
+    }
+    EXPECT_EQ(lines(), QStringList(3, "info [vantiro] password=***"));
+}
+
 TEST_F(LogFileTest, FileGoesOnWhereItEnded)
 {
     logToFile();

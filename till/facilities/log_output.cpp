@@ -155,6 +155,10 @@ void notify(const LogEvent& event)
 /// One event, one line, and nothing that steers a terminal; a reader can turn it back.
 [[nodiscard]] QString escaped(const QString& text)
 {
+    const auto isEscaped = [](QChar character) { return character == u'\\' || breaksLine(character); };
+    if (std::none_of(text.cbegin(), text.cend(), isEscaped)) { // nearly every line
+        return text;
+    }
     QString result;
     result.reserve(text.size());
     for (const QChar character : text) {
@@ -173,6 +177,62 @@ void notify(const LogEvent& event)
     return result;
 }
 
+/// What an event is written as.
+struct WrittenEvent {
+    QString logger;
+    QString second;
+    QString text;
+    std::string line;
+
+    [[nodiscard]] bool isLike(const LogEvent& event) const
+    {
+        return text == event.text && second == event.second && logger == event.logger;
+    }
+};
+
+/// The last event that held nothing to mask; none before the first.
+struct LastHarmless {
+    std::mutex mutex;
+    std::shared_ptr<const WrittenEvent> event;
+};
+
+/// Never destroyed, as the output is not.
+[[nodiscard]] LastHarmless& lastHarmless()
+{
+    static LastHarmless* const instance = new LastHarmless;
+    return *instance;
+}
+
+[[nodiscard]] std::string makeLine(const LogEvent& event)
+{
+    const QString name = event.second.isEmpty() ? event.logger : event.logger + u'/' + event.second;
+    return escaped(u'[' + name + QStringLiteral("] ") + event.text).toStdString();
+}
+
+/// Masks the secrets of the event; what is written of it. One bad reply makes thousands of the same event, and looking
+/// for secrets takes most of the time of each, so a short one that was found to hold none is known when it comes again.
+[[nodiscard]] std::shared_ptr<const WrittenEvent> redacted(LogEvent& event)
+{
+    constexpr qsizetype longestKept = 1024;
+    LastHarmless& last = lastHarmless();
+    {
+        const std::lock_guard lock(last.mutex);
+        if (last.event != nullptr && last.event->isLike(event)) {
+            return last.event;
+        }
+    }
+    QString text = redact(event.text);
+    const bool isKept = text == event.text && text.size() <= longestKept;
+    event.text = std::move(text);
+    auto written = std::make_shared<const WrittenEvent>(
+        WrittenEvent { event.logger, event.second, event.text, makeLine(event) });
+    if (isKept) {
+        const std::lock_guard lock(last.mutex);
+        last.event = written;
+    }
+    return written;
+}
+
 } // namespace
 
 bool isLogged(LogLevel level)
@@ -183,11 +243,9 @@ bool isLogged(LogLevel level)
 
 void writeLog(LogEvent event)
 {
-    event.text = redact(event.text);
-    const QString name = event.second.isEmpty() ? event.logger : event.logger + u'/' + event.second;
-    const std::string line = escaped(u'[' + name + QStringLiteral("] ") + event.text).toStdString();
+    const std::shared_ptr<const WrittenEvent> written = redacted(event);
     // As a view it is written as it stands; a std::string alone could be taken for a format.
-    currentLogger()->log(spdlogLevel(event.level), spdlog::string_view_t(line.data(), line.size()));
+    currentLogger()->log(spdlogLevel(event.level), spdlog::string_view_t(written->line.data(), written->line.size()));
     notify(event);
 }
 

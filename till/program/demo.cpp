@@ -88,7 +88,8 @@ namespace {
             }
         }
         if (files.isEmpty()) {
-            throw CommandError(QStringLiteral("there are no chapters in %1; name the folder with --examples DIR").arg(examples));
+            throw CommandError(
+                QStringLiteral("there are no chapters in %1; name the folder with --examples DIR").arg(examples));
         }
         return files;
     }
@@ -97,8 +98,11 @@ namespace {
 
 int demo(const DemoOptions& options)
 {
-    const QString sandbox = found(options.sandbox, { QStringLiteral("../../sandbox/vantiro-sandbox"), QStringLiteral("vantiro-sandbox") });
-    const QString examples = found(options.examples, { QStringLiteral("../../../../examples"), QStringLiteral("../share/doc/vantiro-till/examples") });
+    const QString sandbox = found(
+        options.sandbox, { QStringLiteral("../../sandbox/vantiro-sandbox"), QStringLiteral("vantiro-sandbox") });
+    const QString examples
+        = found(options.examples,
+                { QStringLiteral("../../../../examples"), QStringLiteral("../share/doc/vantiro-till/examples") });
     const QStringList chapters = chapterFiles(examples, options.chapters);
     const QString output = newFolder(options.output);
     const QDir folder(output);
@@ -124,7 +128,8 @@ int demo(const DemoOptions& options)
     playing.places.config = folder.filePath(QStringLiteral("vantiro-till.ini"));
     for (const SandboxProcess& service : services) {
         playing.servers.append(service.server());
-        writeLine(QStringLiteral("Loyalty service \"%1\" at %2").arg(service.server().name, service.server().service.toString()));
+        writeLine(QStringLiteral("Loyalty service \"%1\" at %2")
+                      .arg(service.server().name, service.server().service.toString()));
     }
     writeConfiguration(playing.places.config, playing.servers, folder.filePath(QStringLiteral("slips")));
 

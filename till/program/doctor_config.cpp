@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QMap>
 
 #include <algorithm>
 
@@ -17,19 +18,19 @@ namespace {
     return name;
 }
 
-[[nodiscard]] const QStringList& knownNames()
+/// Of the plug-in, and of the till beside it.
+[[nodiscard]] const QMap<QString, QStringList>& knownNames()
 {
-    static const QStringList names { QStringLiteral("hosts"),
-                                     QStringLiteral("timeout"),
-                                     QStringLiteral("user"),
-                                     QStringLiteral("password"),
-                                     QStringLiteral("noBonusForMinprice"),
-                                     QStringLiteral("forbidDiscountForDiscountedPosition"),
-                                     QStringLiteral("checkCouponPrefix"),
-                                     QStringLiteral("checkCouponMask"),
-                                     QStringLiteral("positionCouponPrefix"),
-                                     QStringLiteral("positionCouponMask"),
-                                     QStringLiteral("restoreLoyaltyState") };
+    static const QMap<QString, QStringList> names {
+        { section(),
+          { QStringLiteral("hosts"), QStringLiteral("timeout"), QStringLiteral("user"), QStringLiteral("password"),
+            QStringLiteral("noBonusForMinprice"), QStringLiteral("forbidDiscountForDiscountedPosition"),
+            QStringLiteral("checkCouponPrefix"), QStringLiteral("checkCouponMask"),
+            QStringLiteral("positionCouponPrefix"), QStringLiteral("positionCouponMask"),
+            QStringLiteral("restoreLoyaltyState") } },
+        { QStringLiteral("Till"),
+          { QStringLiteral("shift"), QStringLiteral("slips"), QStringLiteral("deliveryTimeout") } },
+    };
     return names;
 }
 
@@ -46,21 +47,21 @@ namespace {
 [[nodiscard]] Finding unknownName(const ConfigNames::Name& entry)
 {
     const QString name = isShowable(entry) ? QStringLiteral(" \"%1\"").arg(entry.name) : QString();
-    const QString meant = nearest(entry.name, knownNames());
+    const QString meant = nearest(entry.name, knownNames().value(entry.section));
     const QString advice = meant.isEmpty() ? QStringLiteral("remove it or correct it")
                                            : QStringLiteral("\"%1\" was probably meant").arg(meant);
-    return warning(QStringLiteral("Line %1 sets an unknown name%2 in [Vantiro], which has no effect; %3.")
-                       .arg(QString::number(entry.line), name, advice));
+    return warning(QStringLiteral("Line %1 sets an unknown name%2 in [%3], which has no effect; %4.")
+                       .arg(QString::number(entry.line), name, entry.section, advice));
 }
 
 [[nodiscard]] Findings checkSections(const ConfigNames& names)
 {
     Findings findings;
     for (const ConfigNames::Section& head : names.sections) {
-        if (head.name != section() && !nearest(head.name, { section() }).isEmpty()) {
-            findings.append(
-                warning(QStringLiteral("Line %1 begins the section [%2], which nobody reads; write [Vantiro].")
-                            .arg(QString::number(head.line), head.name)));
+        const QString meant = nearest(head.name, knownNames().keys());
+        if (!knownNames().contains(head.name) && !meant.isEmpty()) {
+            findings.append(warning(QStringLiteral("Line %1 begins the section [%2], which nobody reads; write [%3].")
+                                        .arg(QString::number(head.line), head.name, meant)));
         }
     }
     const auto isStray = [](const ConfigNames::Name& entry) { return entry.section.isEmpty(); };
@@ -75,21 +76,23 @@ namespace {
 [[nodiscard]] Findings checkNames(const ConfigNames& names)
 {
     Findings findings;
-    QStringList set;
+    QMap<QString, QStringList> setIn;
     for (const ConfigNames::Name& entry : names.names) {
-        if (entry.section != section()) {
+        const auto known = knownNames().constFind(entry.section);
+        if (known == knownNames().cend()) {
             continue;
         }
-        if (!knownNames().contains(entry.name)) {
+        if (!known->contains(entry.name)) {
             findings.append(unknownName(entry));
-        } else if (set.contains(entry.name)) {
+        } else if (setIn[entry.section].contains(entry.name)) {
             findings.append(warning(
                 QStringLiteral("Line %1 sets \"%2\" once more, and only the last one counts; remove the others.")
                     .arg(QString::number(entry.line), entry.name)));
         } else {
-            set.append(entry.name);
+            setIn[entry.section].append(entry.name);
         }
     }
+    const QStringList set = setIn.value(section());
     findings.prepend(set.isEmpty() ? warning(
                          QStringLiteral("Nothing is set in [Vantiro], so all defaults hold; set at least hosts."))
                                    : ok(QStringLiteral("[Vantiro] sets %1; everything else has its default.")

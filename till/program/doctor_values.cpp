@@ -1,6 +1,8 @@
 #include "host/facilities/config.h"
 #include "till/program/doctor_config.h"
 
+#include <QRegExp>
+
 #include <algorithm>
 #include <chrono>
 
@@ -22,6 +24,22 @@ namespace {
     Config* const config = Singleton<Config>::get();
     return config->getString(key, QStringLiteral("no")) == u"no"
         || config->getBool(key, false) == config->getBool(key, true);
+}
+
+/// The plug-in takes a pattern that cannot be read for one that nothing fits, and tells nobody: its class of patterns is
+/// asked, which is not that of newer programs.
+[[nodiscard]] Findings checkMasks()
+{
+    Findings findings;
+    for (const QString& name : { QStringLiteral("checkCouponMask"), QStringLiteral("positionCouponMask") }) {
+        const QString mask = Singleton<Config>::get()->getString(QStringLiteral("Vantiro:") + name, QString());
+        if (const QRegExp pattern(mask, Qt::CaseSensitive, QRegExp::RegExp); !pattern.isValid()) {
+            findings.append(warning(QStringLiteral("%1 is no regular expression (%2), so no number is such a coupon; "
+                                                   "correct it.")
+                                        .arg(name, pattern.errorString())));
+        }
+    }
+    return findings;
 }
 
 } // namespace
@@ -50,6 +68,7 @@ Findings checkValues(const ServiceSettings& settings)
                 warning(QStringLiteral("%1 is neither true nor false, so false holds; correct it.").arg(flag)));
         }
     }
+    findings += checkMasks();
     if (settings.user.isEmpty() != settings.password.isEmpty()) {
         findings.append(
             warning(QStringLiteral("%1 is set without %2; set both, or neither.")

@@ -24,15 +24,16 @@ namespace {
     {
         QByteArray text(hintSize, '\0');
         const ssize_t size = ::pread(file, text.data(), static_cast<size_t>(text.size()), 0);
-        return size > 0 ? QStringLiteral(" (process %1)").arg(QString::fromLatin1(text.first(size)).trimmed()) : QString();
+        return size > 0 ? QStringLiteral(" (process %1)").arg(QString::fromLatin1(text.first(size)).trimmed())
+                        : QString();
     }
 
 } // namespace
 
 // Not QLockFile: that one leaves its file behind a killed till and has to guess, and needs room on the disk.
 FolderLock::FolderLock(const QString& folder)
-    : file(::open(QFile::encodeName(QDir(folder).filePath(QStringLiteral("till.lock"))).constData(), O_RDWR | O_CREAT | O_CLOEXEC,
-                  0600))
+    : file(::open(QFile::encodeName(QDir(folder).filePath(QStringLiteral("till.lock"))).constData(),
+                  O_RDWR | O_CREAT | O_CLOEXEC, 0600))
 {
     if (file < 0) {
         throw CommandError(QStringLiteral("the data folder %1 cannot be used (%2); name another with --data DIR")
@@ -41,8 +42,9 @@ FolderLock::FolderLock(const QString& folder)
     if (::flock(file, LOCK_EX | LOCK_NB) != 0) {
         const QString holder = holderOf(file);
         ::close(file);
-        throw CommandError(QStringLiteral("a till is already running on %1%2; end it first, or name another folder with --data DIR")
-                               .arg(folder, holder));
+        throw CommandError(
+            QStringLiteral("a till is already running on %1%2; end it first, or name another folder with --data DIR")
+                .arg(folder, holder));
     }
     // Over what another has written; where the disk is full, his number stays, which is only a hint for a person.
     const QByteArray own = QByteArray::number(::getpid()).leftJustified(hintSize);

@@ -33,7 +33,8 @@ struct Common {
 
     void addTo(CLI::App& command, bool withPlugin, bool withLog = true)
     {
-        command.add_option("--data", data, "Folder of the till's database and log [the user's data folder/vantiro-till]");
+        command.add_option("--data", data,
+                           "Folder of the till's database and log [the user's data folder/vantiro-till]");
         command.add_option("--config", config, "Configuration file [vantiro-till.ini in the data folder]");
         if (withLog) {
             command.add_option("--log-level", logLevel, "trace, debug, info, warn or error [info]");
@@ -59,7 +60,8 @@ struct Common {
         const till::ControlledServer server { name, QUrl(addresses.section(u',', 0, 0)),
                                               QUrl(addresses.section(u',', 1)) };
         if (name.isEmpty() || !server.service.isValid() || server.service.isEmpty() || server.control.isEmpty()) {
-            throw till::CommandError(QStringLiteral("--sandbox wants NAME=SERVICE,CONTROL, not \"%1\"").arg(text(argument)));
+            throw till::CommandError(
+                QStringLiteral("--sandbox wants NAME=SERVICE,CONTROL, not \"%1\"").arg(text(argument)));
         }
         servers.append(server);
     }
@@ -82,6 +84,20 @@ void leaveNoCore()
 {
     const rlimit none {};
     ::setrlimit(RLIMIT_CORE, &none);
+}
+
+/// The name of the innermost command that was given.
+[[nodiscard]] std::string commandOf(const CLI::App& app)
+{
+    const std::vector<CLI::App*> given = app.get_subcommands();
+    return given.empty() ? app.get_name() : app.get_name() + ' ' + commandOf(*given.front());
+}
+
+/// Tells a mistake in the command line; the exit status.
+[[nodiscard]] int refuse(const CLI::App& app, const CLI::ParseError& mistake)
+{
+    std::fprintf(stderr, "vantiro-till: %s; see %s --help\n", mistake.what(), commandOf(app).c_str());
+    return 2;
 }
 
 /// Qt's application for the commands that need one; `play` and `demo` fork, and make theirs afterwards.
@@ -147,12 +163,14 @@ int main(int argc, char** argv)
         });
     });
 
-    CLI::App& doctor = *app.add_subcommand("doctor", "Check configuration, plug-in and servers; status 1 when one fails");
+    CLI::App& doctor
+        = *app.add_subcommand("doctor", "Check configuration, plug-in and servers; status 1 when one fails");
     common.addTo(doctor, true, false); // it writes no log: that is a running till's
     doctor.callback([&] { withApplication(argc, argv, [&] { status = till::doctor(common.places()); }); });
 
     CLI::App& reconcile = *app.add_subcommand(
-        "reconcile", "Hold the till's documents and queue against the books of sandbox services; status 1 when they differ");
+        "reconcile",
+        "Hold the till's documents and queue against the books of sandbox services; status 1 when they differ");
     reconcile.add_option("--sandbox", sandboxes, sandboxHelp)->required();
     common.addTo(reconcile, false);
     reconcile.callback([&] {
@@ -166,7 +184,8 @@ int main(int argc, char** argv)
     queue.require_subcommand(1);
     const auto addQueueAction = [&](const char* name, const char* help, bool needsId, bool takesId) {
         CLI::App& action = *queue.add_subcommand(name, help);
-        CLI::Option* number = takesId ? action.add_option("ID", id, "The number of the record, as list shows it") : nullptr;
+        CLI::Option* number
+            = takesId ? action.add_option("ID", id, "The number of the record, as list shows it") : nullptr;
         if (needsId) {
             number->required();
         }
@@ -243,7 +262,7 @@ int main(int argc, char** argv)
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? 0 : 2;
+        return error.get_exit_code() == 0 ? app.exit(error) : refuse(app, error);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "vantiro-till: %s\n", error.what());
         return 1;

@@ -57,8 +57,10 @@ namespace {
         try {
             TraceRecorder::begin(
                 options.trace,
-                { script, configuration.open(QIODevice::ReadOnly) ? QString::fromUtf8(configuration.readAll()) : QString(),
-                  options.servers, {} });
+                { script,
+                  configuration.open(QIODevice::ReadOnly) ? QString::fromUtf8(configuration.readAll()) : QString(),
+                  options.servers,
+                  {} });
         } catch (const ScriptError& error) {
             throw CommandError(error.text());
         }
@@ -72,7 +74,8 @@ namespace {
             const int number = line > 0 || current == nullptr ? line : current->number;
             const QString place = number > 0 ? QStringLiteral(":%1").arg(number) : QString();
             if (!options.quiet) {
-                std::fprintf(stderr, "vantiro-till: %s%s: %s\n", qPrintable(options.script), qPrintable(place), qPrintable(text));
+                std::fprintf(stderr, "vantiro-till: %s%s: %s\n", qPrintable(options.script), qPrintable(place),
+                             qPrintable(text));
             }
             return 1;
         };

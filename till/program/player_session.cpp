@@ -17,7 +17,8 @@ namespace {
     {
         Delivery::Settings settings;
         Config* const config = Singleton<Config>::get();
-        for (const QString& server : config->getString(QStringLiteral("Vantiro:hosts"), QString()).split(u',', Qt::SkipEmptyParts)) {
+        for (const QString& server :
+             config->getString(QStringLiteral("Vantiro:hosts"), QString()).split(u',', Qt::SkipEmptyParts)) {
             settings.servers.append(QUrl(server));
         }
         settings.timeout = config->getInt(QStringLiteral("Till:deliveryTimeout"), 30);

@@ -60,7 +60,8 @@ namespace {
     [[nodiscard]] QueueRecord recordOf(const QueueOptions& options)
     {
         if (!options.id) {
-            throw CommandError(QStringLiteral("name the record: vantiro-till queue %1 ID (list shows the numbers)").arg(options.action));
+            throw CommandError(QStringLiteral("name the record: vantiro-till queue %1 ID (list shows the numbers)")
+                                   .arg(options.action));
         }
         const std::optional<QueueRecord> record = store::queueRecord(*options.id);
         if (!record) {
@@ -75,8 +76,9 @@ namespace {
         for (const QueueRecord& record : records) {
             writeLine(QStringLiteral("%1  %2  %3  attempts %4  %5")
                           .arg(QString::number(record.id).rightJustified(6),
-                               record.queuedAt.toLocalTime().toString(Qt::ISODate), stateName(record.state).leftJustified(8),
-                               QString::number(record.attempts), record.reason)
+                               record.queuedAt.toLocalTime().toString(Qt::ISODate),
+                               stateName(record.state).leftJustified(8), QString::number(record.attempts),
+                               record.reason)
                           .trimmed());
         }
         writeLine(QStringLiteral("%1 in the queue").arg(records.size()));
@@ -117,7 +119,8 @@ namespace {
                 return 0;
             }
             const std::optional<QueueRecord> left = store::queueRecord(record.id);
-            writeLine(QStringLiteral("record %1 not delivered: %2").arg(QString::number(record.id), left ? left->reason : QString()));
+            writeLine(QStringLiteral("record %1 not delivered: %2")
+                          .arg(QString::number(record.id), left ? left->reason : QString()));
             return 1;
         }
         const qsizetype all = store::queueRecords().size();
@@ -133,8 +136,9 @@ namespace {
             std::fprintf(stderr, "\r             \r");
         }
         const qsizetype left = store::queueRecords().size();
-        writeLine(QStringLiteral("delivered %1, stepped aside %2, left in the queue %3")
-                      .arg(QString::number(outcome.delivered), QString::number(outcome.steppedAside), QString::number(left)));
+        writeLine(
+            QStringLiteral("delivered %1, stepped aside %2, left in the queue %3")
+                .arg(QString::number(outcome.delivered), QString::number(outcome.steppedAside), QString::number(left)));
         if (left != 0) {
             writeLine(QStringLiteral("vantiro-till queue list tells why"));
         }
@@ -164,7 +168,8 @@ namespace {
         if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly) || file.write(json) != json.size() || !file.flush()) {
             throw CommandError(QStringLiteral("%1 cannot be written: %2").arg(options.file, file.errorString()));
         }
-        writeLine(QStringLiteral("%1 records in %2, without credentials").arg(QString::number(records.size()), options.file));
+        writeLine(
+            QStringLiteral("%1 records in %2, without credentials").arg(QString::number(records.size()), options.file));
         return 0;
     }
 

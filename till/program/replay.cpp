@@ -15,7 +15,8 @@ namespace {
     {
         QFile file(name);
         const QByteArray bytes = content.toUtf8();
-        if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly) || file.write(bytes) != bytes.size() || !file.flush()) {
+        if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly) || file.write(bytes) != bytes.size()
+            || !file.flush()) {
             throw CommandError(QStringLiteral("%1 cannot be written: %2").arg(name, file.errorString()));
         }
     }
@@ -63,11 +64,13 @@ try {
         return 1;
     }
     const auto count = [&recorded](const QString& event) {
-        return QString::number(std::ranges::count_if(
-            recorded.events, [&event](const QJsonObject& one) { return one[QStringLiteral("event")].toString() == event; }));
+        return QString::number(std::ranges::count_if(recorded.events, [&event](const QJsonObject& one) {
+            return one[QStringLiteral("event")].toString() == event;
+        }));
     };
-    writeLine(QStringLiteral("The same again: hooks %1, exchanges %2, savings %3")
-                  .arg(count(QStringLiteral("hook")), count(QStringLiteral("exchange")), count(QStringLiteral("save"))));
+    writeLine(
+        QStringLiteral("The same again: hooks %1, exchanges %2, savings %3")
+            .arg(count(QStringLiteral("hook")), count(QStringLiteral("exchange")), count(QStringLiteral("save"))));
     return 0;
 } catch (const ScriptError& error) {
     throw CommandError(error.text());

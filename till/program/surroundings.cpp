@@ -51,13 +51,15 @@ QString Places::pluginFile() const
     }
     // As it was built, and as it is installed.
     const QDir program(QCoreApplication::applicationDirPath());
-    for (const QString& place : { QStringLiteral("../../front/libvantiro.so"), QStringLiteral("../lib/vantiro/libvantiro.so"),
-                                  QStringLiteral(VANTIRO_PLUGIN_INSTALL_FILE) }) {
+    for (const QString& place :
+         { QStringLiteral("../../front/libvantiro.so"), QStringLiteral("../lib/vantiro/libvantiro.so"),
+           QStringLiteral(VANTIRO_PLUGIN_INSTALL_FILE) }) {
         if (const QString file = program.filePath(place); QFileInfo::exists(file)) {
             return QFileInfo(file).canonicalFilePath();
         }
     }
-    throw CommandError(QStringLiteral("the plug-in libvantiro.so is not where it is installed; name it with --plugin FILE"));
+    throw CommandError(
+        QStringLiteral("the plug-in libvantiro.so is not where it is installed; name it with --plugin FILE"));
 }
 
 void requireTill(const Places& places)
@@ -66,7 +68,8 @@ void requireTill(const Places& places)
     // A folder that nobody may look into is told of when it is opened.
     const bool isReadable = !folder.exists() || QFileInfo(folder.path()).isReadable();
     if (isReadable && !folder.exists(QStringLiteral("till.sqlite"))) {
-        throw CommandError(QStringLiteral("there is no till in %1; name its folder with --data DIR").arg(folder.path()));
+        throw CommandError(
+            QStringLiteral("there is no till in %1; name its folder with --data DIR").arg(folder.path()));
     }
 }
 
@@ -108,14 +111,16 @@ LoadedPlugin::LoadedPlugin(const QString& file)
     QObject* const instance = loader.instance();
     if (instance == nullptr) {
         // Qt's own words tell of a plug-in that was built with a newer Qt, or that lacks a symbol.
-        throw CommandError(QStringLiteral("the plug-in cannot be loaded: %1; it must be built with this till's Qt %2 or an "
-                                          "older minor version")
-                               .arg(loader.errorString(), QString::fromLatin1(qVersion())));
+        throw CommandError(
+            QStringLiteral("the plug-in cannot be loaded: %1; it must be built with this till's Qt %2 or an "
+                           "older minor version")
+                .arg(loader.errorString(), QString::fromLatin1(qVersion())));
     }
     plugin = qobject_cast<BasicPlugin*>(instance);
     if (plugin == nullptr) {
-        throw CommandError(QStringLiteral("%1 is a Qt plug-in, but none of this till; name libvantiro.so with --plugin FILE")
-                               .arg(file));
+        throw CommandError(
+            QStringLiteral("%1 is a Qt plug-in, but none of this till; name libvantiro.so with --plugin FILE")
+                .arg(file));
     }
     if (!plugin->init()) {
         plugin->deinit(); // the contract's way out

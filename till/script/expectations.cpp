@@ -1,3 +1,4 @@
+#include "host/facilities/exceptions.h"
 #include "till/script/arguments.h"
 #include "till/script/books.h"
 #include "till/script/player.h"
@@ -173,7 +174,8 @@ void Player::expectWire(Arguments& arguments) const
         actual.append(named ? exchange.action + u'@' + parts.service.nameOf(exchange.address) : exchange.action);
     }
     if (actual != expected) {
-        throw ScriptError(QStringLiteral("the exchanges were \"%1\", not \"%2\"").arg(actual.join(u' '), expected.join(u' ')));
+        throw ScriptError(
+            QStringLiteral("the exchanges were \"%1\", not \"%2\"").arg(actual.join(u' '), expected.join(u' ')));
     }
 }
 
@@ -215,6 +217,19 @@ void Player::showQueue() const
     }
 }
 
+void Player::tellWaiting() const
+{
+    try {
+        const QList<store::QueueRecord> records = store::queueRecords();
+        const auto waiting = std::ranges::count(records, store::RecordState::pending, &store::QueueRecord::state);
+        if (waiting > 0) {
+            parts.screen.write(QStringLiteral("    in the queue, waiting for delivery: %1").arg(waiting));
+        }
+    } catch (const BasicException& failure) {
+        parts.screen.write(QStringLiteral("    the queue cannot be read: %1").arg(QString::fromUtf8(failure.what())));
+    }
+}
+
 void Player::showBooks() const
 {
     for (const QString& line : bookTable(compareBooks(parts.service))) {
@@ -233,8 +248,9 @@ bool Player::show(Arguments& arguments)
     } else if (what == u"books") {
         showBooks();
     } else if (what == u"slip") {
-        for (const QString& line : parts.screen.slips().isEmpty() ? QStringList { QStringLiteral("no slip was printed") }
-                                                                  : parts.screen.slips().constLast().split(u'\n')) {
+        for (const QString& line : parts.screen.slips().isEmpty()
+                 ? QStringList { QStringLiteral("no slip was printed") }
+                 : parts.screen.slips().constLast().split(u'\n')) {
             parts.screen.write(QStringLiteral("    | ") + line);
         }
     } else if (what == u"wire") {

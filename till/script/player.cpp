@@ -17,7 +17,8 @@ const QList<Player::Verb>& Player::table()
     static const QList<Verb> verbs {
         { text("open"), text("open sale|return [NUMBER]; open return-of SALE [NUMBER]"), text("open a cheque"),
           &Player::open },
-        { text("scan"), text("scan BARCODE [xQUANTITY] @PRICE [code CODE] [min PRICE] [no-discount] [no-points] [no-earn]"),
+        { text("scan"),
+          text("scan BARCODE [xQUANTITY] @PRICE [code CODE] [min PRICE] [no-discount] [no-points] [no-earn]"),
           text("add a line"), &Player::scan },
         { text("take"), text("take POSITION [xQUANTITY]"), text("on a return-of: take a line of the sale back"),
           &Player::take },
@@ -28,27 +29,27 @@ const QList<Player::Verb>& Player::table()
         { text("phone"), text("phone NUMBER [code CODE]"), text("find a card by telephone number"), &Player::phone },
         { text("request"), text("request"), text("ask what the cheque earns, and put the discounts on it"),
           &Player::request },
-        { text("coupon"), text("coupon NUMBER; coupon delete NUMBER"), text("add or delete a coupon"),
-          &Player::coupon },
+        { text("coupon"), text("coupon [delete] NUMBER"), text("add or delete a coupon"), &Player::coupon },
         { text("points"), text("points [AMOUNT]"), text("pay with points; without an amount, all that is allowed"),
           &Player::points },
         { text("rollback"), text("rollback"), text("undo the payment with points"), &Player::rollback },
         { text("pay"), text("pay cash [AMOUNT]; pay certificate NUMBER [AMOUNT]"), text("pay the rest, or a part"),
           &Player::pay },
         { text("close"), text("close"), text("close the paid cheque"), &Player::close },
-        { text("cancel"), text("cancel [anyway]"), text("cancel the cheque; anyway: even if points cannot be given back"),
-          &Player::cancel },
+        { text("cancel"), text("cancel [anyway]"),
+          text("cancel the cheque; anyway: even if points cannot be given back"), &Player::cancel },
         { text("putout"), text("putout"), text("set the cheque aside"), &Player::putOut },
         { text("reveal"), text("reveal NUMBER [NEW]"), text("bring a cheque back"), &Player::reveal },
-        { text("server"), text("server [NAME] stop|start|clear; server [NAME] fault KIND [OPERATION] [TIMES] [=ARGUMENT]"),
+        { text("server"),
+          text("server [NAME] stop|start|clear; server [NAME] fault KIND [OPERATION] [TIMES] [=ARGUMENT]"),
           text("control a sandbox service"), &Player::server },
         { text("deliver"), text("deliver"), text("deliver the queue now"), &Player::deliver },
         { text("crash"), text("crash"), text("kill the till and start it again"), &Player::crash },
         { text("show"), text("show cheque|queue|wire|slip|books"), text("show what the till knows"), &Player::show },
         { text("expect"),
           text("expect ok|failed; expect refused TEXT; expect [no] shown|printed TEXT; expect sum|due|discount|points "
-               "AMOUNT; expect queue COUNT [STATE]; expect wire [OPERATION[@SERVER]…]; expect balance CARD POINTS; expect "
-               "books agree"),
+               "AMOUNT; expect queue COUNT [STATE]; expect wire [OPERATION[@SERVER]…]; expect balance CARD POINTS; "
+               "expect books agree"),
           text("stop with an error unless it is so; it concerns the last step"), &Player::expect },
         { text("say"), text("say TEXT"), text("write a headline"), &Player::say },
     };
@@ -68,7 +69,8 @@ Player::Player(const Parts& playerParts)
         }
         if (parts.showWire) {
             const auto lines = [](const QByteArray& text) { return redact(QString::fromUtf8(text)).trimmed(); };
-            parts.screen.write(QStringLiteral("    → %1 %2\n%3").arg(event.address, event.action, lines(event.request)));
+            parts.screen.write(
+                QStringLiteral("    → %1 %2\n%3").arg(event.address, event.action, lines(event.request)));
             parts.screen.write(
                 event.failure.isEmpty()
                     ? QStringLiteral("    ← %1, %2 ms\n%3")

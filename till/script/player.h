@@ -97,6 +97,8 @@ private:
     void expectBooks() const;
     void showCheque() const;
     void showQueue() const;
+    /// Says how many messages wait for delivery; nothing when none does. Never throws for the store: the step is done.
+    void tellWaiting() const;
     void showBooks() const;
     [[nodiscard]] QList<ExchangeEvent> exchangesOfStep() const;
 

@@ -106,8 +106,9 @@ namespace {
                                          money(cheque.points));
             } else if (cheque.cancelled != isCancelled(claim.state)) {
                 standing.state = State::different;
-                standing.note = cheque.cancelled ? QStringLiteral("the till has closed it, the service has it cancelled")
-                                                 : QStringLiteral("the till has cancelled it, the service has it closed");
+                standing.note = cheque.cancelled
+                    ? QStringLiteral("the till has closed it, the service has it cancelled")
+                    : QStringLiteral("the till has cancelled it, the service has it closed");
             } else if (cheque.conflicts > 0) {
                 standing.note = QStringLiteral("the service was told another end of it, too, and has refused that");
             }
@@ -200,9 +201,10 @@ QStringList reconciliationReport(const Reconciliation& reconciliation)
                           .trimmed());
     }
     for (const Doubt& doubt : reconciliation.doubts) {
-        report.append(QStringLiteral("in doubt   %1 points of card %2 for cheque %3: the service took them, and the till "
-                                     "never got the answer")
-                          .arg(money(doubt.points), doubt.card, doubt.uid));
+        report.append(
+            QStringLiteral("in doubt   %1 points of card %2 for cheque %3: the service took them, and the till "
+                           "never got the answer")
+                .arg(money(doubt.points), doubt.card, doubt.uid));
     }
     const auto count = [&counts](State state) { return QString::number(counts.value(static_cast<int>(state))); };
     report.append(QStringLiteral("%1 applied, %2 pending, %3 refused, %4 in doubt")

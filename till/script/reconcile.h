@@ -43,8 +43,8 @@ struct Reconciliation {
     [[nodiscard]] VANTIRO_HOST_API bool holds() const;
 };
 
-/// Compares all documents of the store, and what waits in the queue, with the books of all servers. Throws `ScriptError`
-/// when a server does not answer, `BasicException` when the store fails. [cheque-thread] [blocks]
+/// Compares all documents of the store, and what waits in the queue, with the books of all servers. Throws
+/// `ScriptError` when a server does not answer, `BasicException` when the store fails. [cheque-thread] [blocks]
 [[nodiscard]] VANTIRO_HOST_API Reconciliation reconcile(const ServiceControl& service);
 
 /// For a person: a line per document that is not simply applied, the doubts, and the four identities. [any-thread]

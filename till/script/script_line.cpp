@@ -36,7 +36,8 @@ QStringList wordsOf(const QString& line)
     for (qsizetype i = 0; i < line.size(); ++i) {
         const QChar c = line.at(i);
         if (quoted) {
-            const bool escapes = c == u'\\' && i + 1 < line.size() && (line.at(i + 1) == u'"' || line.at(i + 1) == u'\\');
+            const bool escapes
+                = c == u'\\' && i + 1 < line.size() && (line.at(i + 1) == u'"' || line.at(i + 1) == u'\\');
             if (c == u'"') {
                 quoted = false;
             } else {

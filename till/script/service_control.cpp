@@ -120,7 +120,8 @@ const ControlledServer& ServiceControl::server(const std::optional<QString>& nam
             return server;
         }
     }
-    throw ScriptError(servers.isEmpty() ? QStringLiteral("there is no sandbox service to control; name it with --sandbox NAME=SERVICE,CONTROL")
+    throw ScriptError(servers.isEmpty() ? QStringLiteral(
+                          "there is no sandbox service to control; name it with --sandbox NAME=SERVICE,CONTROL")
                                         : QStringLiteral("there is no server \"%1\"").arg(name.value_or(QString())));
 }
 

@@ -92,9 +92,9 @@ namespace {
             // A reply is repeated word for word, and so are the identities in what comes of it.
             const bool ofTheService = key == u"reply" || key == u"shown" || key == u"printed";
             const QString text = withSortedAttributes(
-                value.isString()
-                    ? value.toString()
-                    : QString::fromUtf8(QJsonDocument(QJsonObject { { u"is"_s, value } }).toJson(QJsonDocument::Compact)));
+                value.isString() ? value.toString()
+                                 : QString::fromUtf8(
+                                     QJsonDocument(QJsonObject { { u"is"_s, value } }).toJson(QJsonDocument::Compact)));
             static const QRegularExpression changing(
                 uR"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d(?:\.\d+)?Z?|[0-9A-Fa-f]{8}(?:-[0-9A-Fa-f]{4}){3}-[0-9A-Fa-f]{12})"_s);
             QString result;
@@ -144,7 +144,8 @@ namespace {
         while (line < first.size() && line < second.size() && first.at(line) == second.at(line)) {
             ++line;
         }
-        return { u"recorded: "_s + first.value(line, u"(nothing)"_s), u"now:      "_s + second.value(line, u"(nothing)"_s) };
+        return { u"recorded: "_s + first.value(line, u"(nothing)"_s),
+                 u"now:      "_s + second.value(line, u"(nothing)"_s) };
     }
 
 } // namespace

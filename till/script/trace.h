@@ -59,12 +59,12 @@ private:
 [[nodiscard]] VANTIRO_HOST_API bool isSearch(const ExchangeEvent& event);
 
 /// The first difference between what was recorded and what was done again, as lines for a person; empty when there is
-/// none. Times count as equal; so do identities, when they stand in the same places of what the till has made itself. What was done again behind the last
-/// step that was recorded does not count.
+/// none. Times count as equal; so do identities, when they stand in the same places of what the till has made itself.
+/// What was done again behind the last step that was recorded does not count.
 [[nodiscard]] VANTIRO_HOST_API QStringList firstDifference(const Trace& recorded, const Trace& repeated);
 
-/// Answers the exchanges of a step out of the trace, word for word: the first of the same action and address that was not
-/// used yet. [any-thread]
+/// Answers the exchanges of a step out of the trace, word for word: the first of the same action and address that was
+/// not used yet. [any-thread]
 class VANTIRO_HOST_API TraceAnswers {
 public:
     explicit TraceAnswers(const Trace& trace);

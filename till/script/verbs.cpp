@@ -152,14 +152,18 @@ bool Player::pay(Arguments& arguments)
 bool Player::close(Arguments& arguments)
 {
     arguments.requireEnd();
-    return parts.checkout.close();
+    const bool closed = parts.checkout.close();
+    tellWaiting();
+    return closed;
 }
 
 bool Player::cancel(Arguments& arguments)
 {
     const bool anyway = arguments.take(QStringLiteral("anyway"));
     arguments.requireEnd();
-    return parts.checkout.cancel(anyway);
+    const bool cancelled = parts.checkout.cancel(anyway);
+    tellWaiting();
+    return cancelled;
 }
 
 bool Player::putOut(Arguments& arguments)
@@ -200,7 +204,8 @@ bool Player::crash(Arguments& arguments)
 bool Player::server(Arguments& arguments)
 {
     if (parts.service.isEmpty()) {
-        throw ScriptError(QStringLiteral("there is no sandbox service to control; name it with --sandbox NAME=SERVICE,CONTROL"));
+        throw ScriptError(
+            QStringLiteral("there is no sandbox service to control; name it with --sandbox NAME=SERVICE,CONTROL"));
     }
     static const QStringList actions { QStringLiteral("stop"), QStringLiteral("start"), QStringLiteral("fault"),
                                        QStringLiteral("clear") };
