@@ -1,6 +1,5 @@
 """Runs the benchmark programs and gathers what they have measured."""
 
-import collections
 import json
 import math
 import re
@@ -24,6 +23,8 @@ class Suite:
     seconds: float
     instant: str = ""
 
+
+LONGEST = 10000  # lines of a cheque
 
 SUITES = (
     Suite("cheque", "cpu_time", 0.02, "/(1|20|100)$"),
@@ -90,14 +91,23 @@ def measure(suite, programs, repetitions, quick):
         options.append("--benchmark_enable_random_interleaving=true")  # what else the machine does strikes all alike
     if quick and suite.instant:
         options.append(f"--benchmark_filter={suite.instant}")
+    elif suite.name == "cheque":
+        options.append(f"--benchmark_filter=-/{LONGEST}$")
+    figures, context = report_of(suite.name, [programs / f"vantiro_bench_{suite.name}", *options], suite.clock)
+    if suite.name == "cheque" and not quick:
+        figures.update(longest_texts(programs, repetitions))
+    return figures, context
+
+
+def report_of(suite, command, clock):
     with tempfile.TemporaryDirectory() as folder:
         report = Path(folder) / "report.json"
-        told = run([programs / f"vantiro_bench_{suite.name}", f"--benchmark_out={report}", "--benchmark_out_format=json",
-                    *options], stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+        told = run([*command, f"--benchmark_out={report}", "--benchmark_out_format=json"], stdout=subprocess.PIPE,
+                   stderr=subprocess.STDOUT, text=True)
         try:
             content = json.loads(report.read_text(encoding="utf-8"))
         except (OSError, ValueError) as error:
-            raise Failure(f"{suite.name} has left no report: {told.stdout}") from error
+            raise Failure(f"{suite} has left no report: {told.stdout}") from error
     figures = {}
     scale = {"ns": 1e-6, "us": 1e-3, "ms": 1.0, "s": 1e3}
     for entry in sorted(content["benchmarks"],
@@ -105,11 +115,45 @@ def measure(suite, programs, repetitions, quick):
         if entry["run_type"] != "iteration":
             continue
         if entry.get("error_occurred"):
-            raise Failure(f"{suite.name}, {entry['run_name']}: {entry['error_message']}")
-        case = figures.setdefault(case_of(suite.name, entry["run_name"]), Figures())
-        case.times.append(entry[suite.clock] * scale[entry["time_unit"]])
+            raise Failure(f"{suite}, {entry['run_name']}: {entry['error_message']}")
+        case = figures.setdefault(case_of(suite, entry["run_name"]), Figures())
+        case.times.append(entry[clock] * scale[entry["time_unit"]])
         case.counters = {name: entry[name] for name in ("MiB", "syncs", "posts", "commits", "bytes") if name in entry}
     return figures, content["context"]
+
+
+def first_program(programs):
+    return [programs / "vantiro_bench_cheque", "--first"]
+
+
+def first_cases(programs):
+    """The names under which the program has each case."""
+    told = run([*first_program(programs), "--benchmark_list_tests"], stdout=subprocess.PIPE, text=True).stdout
+    return {case_of("cheque", name): name for name in told.splitlines()}
+
+
+def own_forms(programs):
+    return list(dict.fromkeys(case.name for case in first_cases(programs) if not case.peer))
+
+
+def first_texts(programs, case_names, repetitions):
+    """The figures of cases of the program, each text made in memory that nobody has used: a long text in the memory of a
+    former one lies scattered over what that has left, and what is timed is the heap. A process has such memory for a
+    dozen texts."""
+    wanted = "|".join(re.escape(name) for name in case_names)
+    return report_of("cheque", [*first_program(programs), f"--benchmark_filter=^({wanted})$",
+                                f"--benchmark_repetitions={repetitions}"], "real_time")[0]
+
+
+def longest_texts(programs, repetitions):
+    """Ours and the peers, which follow one another. A process for each case: preparing a peer takes longer than all that
+    is timed."""
+    names = {case: name for case, name in first_cases(programs).items() if case.size == LONGEST}
+    order = list(dict.fromkeys(case.name for case in names))
+    figures = {}
+    for case in sorted(names, key=lambda case: order.index(case.name)):
+        figures.update(first_texts(programs, [names[case]], repetitions))
+    return figures
 
 
 @dataclass(frozen=True)
@@ -119,7 +163,7 @@ class Growth:
     form: str
     costs: dict[int, float]
 
-    LINES = (100, 1000, 10000)
+    LINES = (100, 1000, LONGEST)
 
     @property
     def step(self):
@@ -135,30 +179,18 @@ class Growth:
         return not self.form.endswith("_request")
 
 
-def growth_program(programs):
-    return [programs / "vantiro_bench_cheque", "--growth"]
-
-
-def growing_forms(programs):
-    told = run([*growth_program(programs), "--benchmark_list_tests"], stdout=subprocess.PIPE, text=True).stdout
-    return list(dict.fromkeys(name.split("/")[0] for name in told.splitlines()))
-
-
-def grow(programs, repetitions):
-    """The medians of each form, in milliseconds of the processor. Each text is the first that its process makes: once a
-    process has made one and given it back, the next lies scattered over what was freed, and what is timed is how
-    malloc keeps its lists. A till makes a cheque of ten thousand lines once."""
-    forms = growing_forms(programs)
-    times = collections.defaultdict(list)
+def grow(programs, repetitions, known=None):
+    """The medians of each of our forms; the longest texts may be known already. Each text has a process of its own besides:
+    the second in a process runs code that the first has brought into the caches, and that is much of a short text and
+    nothing of a long one."""
+    names = {case: name for case, name in first_cases(programs).items() if not case.peer and case.size in Growth.LINES}
+    times = {case: list(known[case].times) if known and case in known and case.size == LONGEST else [] for case in names}
+    missing = [case for case in names if not times[case]]
     for _ in range(repetitions):  # interleaved, so that what else the machine does strikes all alike
-        for form in forms:
-            for lines in Growth.LINES:
-                told = run([*growth_program(programs), f"--benchmark_filter=^{form}/{lines}$",
-                            "--benchmark_min_time=1e-9", "--benchmark_format=json"], stdout=subprocess.PIPE,
-                           stderr=subprocess.DEVNULL, text=True)
-                entry = json.loads(told.stdout)["benchmarks"][0]
-                times[form, lines].append(entry["cpu_time"])
-    return [Growth(form, {lines: statistics.median(times[form, lines]) for lines in Growth.LINES}) for form in forms]
+        for case in missing:
+            times[case] += first_texts(programs, [names[case]], 1)[case].times
+    return [Growth(form, {case.size: statistics.median(found) for case, found in times.items() if case.name == form})
+            for form in dict.fromkeys(case.name for case in names)]
 
 
 @dataclass(frozen=True)

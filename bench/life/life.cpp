@@ -29,28 +29,30 @@ using Clock = std::chrono::steady_clock;
     return resident * static_cast<double>(sysconf(_SC_PAGESIZE)) / (1024.0 * 1024.0);
 }
 
-/// Every way that a sale takes in a shop, one after the other.
+/// Every way that a sale takes in a shop: of ten customers six have no card, two earn points, one has all that there
+/// is, and one leaves without buying.
 void serve(Shop& shop, int cheque, bool isNumbered)
 {
     till::Checkout& till = shop.till();
     shop.enterLines(isNumbered ? std::optional(cheque) : std::nullopt);
     const QString card = QStringLiteral("9000000001");
     bool done = true;
-    switch (cheque % 4) {
+    switch (cheque % 10) {
     case 0:
         shop.sell();
         return;
-    case 1:
+    case 3:
+    case 6:
         done = till.presentCard(card);
         till.payCash(std::nullopt);
         done = till.close() && done;
         break;
-    case 2:
-        till.payCash(std::nullopt);
-        done = till.close();
+    case 8:
+        done = till.presentCard(card) && till.request() && till.cancel();
         break;
     default:
-        done = till.presentCard(card) && till.request() && till.cancel();
+        till.payCash(std::nullopt);
+        done = till.close();
     }
     if (!done) {
         throw std::runtime_error("cheque " + std::to_string(cheque) + " was not done");
@@ -68,7 +70,7 @@ void leaveTheDiskAlone()
 
 void live(int cheques, int step, bool isNumbered)
 {
-    constexpr int lineCount = 3;
+    constexpr int lineCount = 1;
     Shop shop(lineCount);
     leaveTheDiskAlone();
     auto start = Clock::now();

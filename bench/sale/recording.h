@@ -19,10 +19,16 @@ struct CommittedRow {
     int number = 0;
 };
 
-/// What a till has done towards the outside: what it has sent and what it has put on the disk.
-struct Recording {
+/// A commit, and the requests that were sent since the one before it.
+struct RecordedStep {
     std::vector<WireRequest> requests;
-    std::vector<CommittedRow> commits;
+    CommittedRow row;
+};
+
+/// What a till has done towards the outside, in its order: what it has sent and what it has put on the disk.
+struct Recording {
+    std::vector<RecordedStep> steps;
+    std::vector<WireRequest> last; // behind the last commit
 };
 
 /// Does the work in the shop and tells what came of it. The shop's store is not to be timed afterwards: it is watched

@@ -62,17 +62,17 @@ void commitBare(benchmark::State& state)
             }
         });
     }
-    if (recording.commits.size() != count) {
+    if (recording.steps.size() != count) {
         refuse(state, "storing the state is not one commit");
         return;
     }
     BareStore store;
     size_t next = 0;
     time(state, [&] {
-        store.commit("00000000-0000-0000-0000-000000000001", recording.commits[next]);
-        next = (next + 1) % recording.commits.size();
+        store.commit("00000000-0000-0000-0000-000000000001", recording.steps[next].row);
+        next = (next + 1) % recording.steps.size();
     });
-    state.counters["bytes"] = static_cast<double>(recording.commits.front().body.size());
+    state.counters["bytes"] = static_cast<double>(recording.steps.front().row.body.size());
 }
 
 void add(const char* name, void (*write)(benchmark::State&))
