@@ -101,13 +101,30 @@ private:
     bool moveToMarkup()
     {
         if (depth > 0) {
-            return moveTo<u'<'>() || fault.isEmpty();
+            return moveThroughReferencesTo<u'<'>() || fault.isEmpty();
         }
         while (at < text.size() && isXmlSpace(text[at].unicode())) {
             ++at;
         }
         return at == text.size() || peek(0) == u'<'
             || refuse(at, QStringLiteral("text is not allowed outside the root element"));
+    }
+
+    /// As `moveTo`, where the text may hold references.
+    template <char16_t... stops>
+    bool moveThroughReferencesTo()
+    {
+        while (moveTo<u'&', stops...>()) {
+            if (peek(0) != u'&') {
+                return true;
+            }
+            // "&#x0x41;": the parser takes the prefix that C++ writes before such a number for digits of it.
+            if (peek(1) == u'#' && text.sliced(at).startsWith(u"&#x0x", Qt::CaseInsensitive)) {
+                return refuse(at, QStringLiteral("character reference is malformed"));
+            }
+            ++at;
+        }
+        return false;
     }
 
     bool passMarkup()
@@ -180,7 +197,7 @@ private:
     template <char16_t... stops>
     bool moveWithinTag()
     {
-        if (!moveTo<u'<', stops...>()) {
+        if (!moveThroughReferencesTo<u'<', stops...>()) {
             return refuseUnclosed(QStringLiteral("tag is not closed"));
         }
         return peek(0) != u'<' || refuse(at, QStringLiteral("\"<\" is not allowed inside a tag"));

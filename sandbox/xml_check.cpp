@@ -105,7 +105,8 @@ private:
     {
         if (startsWith("<!--")) {
             at += 4;
-            if (takeTo("-->", "комментарий").find("--") != std::string_view::npos) {
+            const std::string_view comment = takeTo("-->", "комментарий");
+            if (comment.find("--") != std::string_view::npos || comment.ends_with('-')) {
                 throw Defect("два дефиса в комментарии");
             }
         } else if (startsWith("<![CDATA[") && !open.empty()) {

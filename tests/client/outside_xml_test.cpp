@@ -42,6 +42,7 @@ constexpr const char* malformedStart = "XML declaration is malformed";
 constexpr const char* lateStart = "XML declaration is not at the start of the document";
 constexpr const char* hyphens = "\"--\" is not allowed inside a comment";
 constexpr const char* bracket = "\"<\" is not allowed inside a tag";
+constexpr const char* malformedReference = "character reference is malformed";
 constexpr const char* openTag = "tag is not closed";
 constexpr const char* noElement = "document has no element";
 constexpr const char* outsideText = "text is not allowed outside the root element";
@@ -102,6 +103,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Row { "QuestionMarksInInstruction", u"<?p ? > \" ?\?><a/>"_s },
                     Row { "QuotesOutsideTags", u"<!-- \" --><a>'<b/>\"<![CDATA[']]><?p \"?></a>"_s },
                     Row { "QuotesInQuotes", u"<a b=\"'\" c='\"'><d e='/>'/><f g=\">\"></f></a>"_s },
+                    Row { "ReferencesOutsideTexts", u"<?p &#x0x41;?><a><!--&#x0x41;--><![CDATA[&#x0x41;]]></a>"_s },
                     Row { "SlashBeforeTheEndOfAValue", u"<a b='/'><c d=\"/\"></c></a>"_s }),
     nameOf);
 
@@ -135,6 +137,15 @@ INSTANTIATE_TEST_SUITE_P(
                     Row { "InAStartTag", u"<a <!DOCTYPE a>></a>"_s, bracket, 1, 4 },
                     Row { "InAnEndTag", u"<a></a <!DOCTYPE a>>"_s, bracket, 1, 8 },
                     Row { "BehindThreeHyphens", u"<!-- ---><!DOCTYPE a><a/>"_s, hyphens, 1, 6 }),
+    nameOf);
+
+// To the parser the prefix that C++ writes before a hexadecimal number is part of the digits.
+INSTANTIATE_TEST_SUITE_P(
+    References, RefusedXml,
+    testing::Values(Row { "PrefixInText", u"<a>1\n&#x0x41;</a>"_s, malformedReference, 2, 1 },
+                    Row { "UpperCasePrefix", u"<a>&lt;&#x0X41;</a>"_s, malformedReference, 1, 8 },
+                    Row { "PrefixInAValue", u"<a b='&#x30;' c=\"-&#x0x41;\"/>"_s, malformedReference, 1, 19 },
+                    Row { "PrefixBehindAnElement", u"<a><b/>&#x0xA;</a>"_s, malformedReference, 1, 8 }),
     nameOf);
 
 INSTANTIATE_TEST_SUITE_P(
@@ -284,7 +295,12 @@ INSTANTIATE_TEST_SUITE_P(
                     Row { "AttributeTwice", u"<a b='1' b='2'/>"_s }, Row { "MarkerInTag", u"<a %1='2'/>"_s },
                     Row { "MarkerInEndTag", u"<a>%1</a%1>"_s }, Row { "UnknownEntity", u"<a>1&nbsp;000</a>"_s },
                     Row { "NulReference", u"<a>&#0;</a>"_s }, Row { "SurrogateReference", u"<a>&#xD800;</a>"_s },
-                    Row { "ReferenceTooHigh", u"<a>&#x110000;</a>"_s }, Row { "EndOfData", u"<a>]]></a>"_s },
+                    Row { "ReferenceTooHigh", u"<a>&#x110000;</a>"_s },
+                    Row { "ReferenceOf33Bits", u"<a>&#4294967361;</a>"_s },
+                    Row { "ReferenceToNoCharacter", u"<a>&#xFFFE;</a>"_s },
+                    Row { "ReferenceToAControlCharacter", u"<a b='&#x1F;'/>"_s },
+                    Row { "ReferenceWithASign", u"<a>&#+65;</a>"_s }, Row { "ReferenceWithABlank", u"<a>&#x 41;</a>"_s },
+                    Row { "ReferenceInUpperCase", u"<a>&#X41;</a>"_s }, Row { "ReferenceWithoutDigits", u"<a>&#x;</a>"_s }, Row { "EndOfData", u"<a>]]></a>"_s },
                     Row { "BareValue", u"<a b=1/>"_s }, Row { "QuoteInEndTag", u"<r><a></a '>'></r>"_s },
                     Row { "SlashApart", u"<a / >x</a>"_s }, Row { "OtherVersion", u"<?xml version='1.1'?><a/>"_s }),
     nameOf);

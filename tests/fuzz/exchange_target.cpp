@@ -40,22 +40,6 @@ namespace {
         return walk;
     }
 
-    [[nodiscard]] XmlElement asRead(const QDomElement& element)
-    {
-        XmlElement result;
-        result.name = element.tagName().toStdString();
-        const QDomNamedNodeMap attributes = element.attributes();
-        for (int i = 0; i < attributes.count(); ++i) {
-            const QDomAttr attribute = attributes.item(i).toAttr();
-            result.attributes.emplace_back(attribute.name().toStdString(), attribute.value().toStdString());
-        }
-        result.text = element.text().toStdString();
-        for (QDomElement child = element.firstChildElement(); !child.isNull(); child = child.nextSiblingElement()) {
-            result.children.push_back(asRead(child));
-        }
-        return result;
-    }
-
     void checkValue(const QDomDocument& answer, const XmlElement& root)
     {
         require(elementsNamed(root, "s:Fault").empty(), "a fault that was taken for an answer");

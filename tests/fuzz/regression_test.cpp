@@ -57,6 +57,23 @@ TEST(Regression, AnswerInAnotherCharsetIsAnAnswer)
     EXPECT_EQ(broken("regressions/exchange/byte-of-no-character-beside-a-name.txt"), "nothing");
 }
 
+TEST(Regression, ReferenceWithAPrefixBeforeItsDigitsIsNoXml)
+{
+    EXPECT_EQ(broken("regressions/balance/prefix-before-the-digits-of-a-reference.xml"), "nothing");
+    EXPECT_EQ(broken("regressions/queue_record/prefix-before-the-digits-of-a-reference.txt"), "nothing");
+    EXPECT_EQ(broken("regressions/report/prefix-before-the-digits-of-a-reference.xml"), "nothing");
+}
+
+TEST(Regression, CommentWithThreeHyphensAtItsEndIsNoXml)
+{
+    EXPECT_EQ(broken("regressions/sandbox_request/comment-with-three-hyphens-at-its-end.xml"), "nothing");
+}
+
+TEST(Regression, ReplyWithTwoByteOrderMarksIsNoXml)
+{
+    EXPECT_EQ(broken("regressions/queue_record/two-byte-order-marks.txt"), "nothing");
+}
+
 TEST(Regression, DocumentWithANumberWithoutADigitIsDamaged)
 {
     const std::string& text = fuzz::keptInput("regressions/restore/number-without-a-digit.json").text;

@@ -220,6 +220,22 @@ std::optional<std::string> firstText(std::string_view reply, std::string_view ta
     return textOf(reply, tag, false);
 }
 
+XmlElement asRead(const QDomElement& element)
+{
+    XmlElement result;
+    result.name = element.tagName().toStdString();
+    const QDomNamedNodeMap attributes = element.attributes();
+    for (int i = 0; i < attributes.count(); ++i) {
+        const QDomAttr attribute = attributes.item(i).toAttr();
+        result.attributes.emplace_back(attribute.name().toStdString(), attribute.value().toStdString());
+    }
+    result.text = element.text().toStdString();
+    for (QDomElement child = element.firstChildElement(); !child.isNull(); child = child.nextSiblingElement()) {
+        result.children.push_back(asRead(child));
+    }
+    return result;
+}
+
 std::string unescaped(std::string text)
 {
     replaceAll(text, "&amp;", "&");

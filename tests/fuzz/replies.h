@@ -6,6 +6,7 @@
 #include "tests/fuzz/other_xml.h"
 
 #include <QByteArray>
+#include <QDomElement>
 #include <QList>
 #include <QString>
 
@@ -83,6 +84,9 @@ enum class Ending { value, refused, fault, noConnection };
 /// not XML or has none.
 [[nodiscard]] std::optional<std::string> onlyText(std::string_view reply, std::string_view tag);
 [[nodiscard]] std::optional<std::string> firstText(std::string_view reply, std::string_view tag);
+
+/// An element of the product's tree in the form of the other parser.
+[[nodiscard]] XmlElement asRead(const QDomElement& element);
 
 /// A text whose markup was escaped up to twice, as XML again.
 [[nodiscard]] std::string unescaped(std::string text);

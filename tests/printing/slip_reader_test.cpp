@@ -235,6 +235,10 @@ INSTANTIATE_TEST_SUITE_P(
                              "0: this is no print form: its elements are nested more than 64 deep" },
                     NoForm { "TooManyAttributes", u"<report "_s + u"a='>' "_s.repeated(65) + u"/>"_s,
                              "0: this is no print form: an element has more than 64 attributes" },
+                    NoForm { "PrefixBeforeTheDigitsOfAReference", u"<report><text>&#x0x41;</text></report>"_s,
+                             "0: this is no print form: it holds a malformed character reference" },
+                    NoForm { "PrefixBeforeTheDigitsOfAReferenceInAValue", u"<report><text font='&#x0XA;'/></report>"_s,
+                             "0: this is no print form: it holds a malformed character reference" },
                     NoForm { "TooLong", u"<report>"_s + u" "_s.repeated(4'000'000) + u"</report>"_s,
                              "0: this is no print form: it is longer than 4000000 characters" }),
     [](const testing::TestParamInfo<NoForm>& row) { return row.param.name; });
@@ -242,7 +246,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(SlipReader, BoundsHoldForElementsAndNotForTexts)
 {
     EXPECT_EQ(
-        findingsOf(u"<text><![CDATA[<!DOCTYPE a>"_s + u"<a b='"_s.repeated(200) + u"]]></text><!-- <!DOCTYPE "_s
+        findingsOf(u"<text><![CDATA[<!DOCTYPE a>&#x0x41;"_s + u"<a b='"_s.repeated(200) + u"]]></text><!-- <!DOCTYPE "_s
                    + u"<a>"_s.repeated(200) + u" --><?pi <a><!DOCTYPE ?>"_s + u"<br/>"_s.repeated(200)
                    + u"<text fillsymbol='=================================================================='/>"_s),
         "");

@@ -91,6 +91,21 @@ TEST(JsonText, HalfOfALetterIsEscapedAndAWholeOneIsNot)
     EXPECT_EQ(writtenText(whole.last(1)), R"("\ude00")");
 }
 
+// Qt writes the mark as it is, and drops it when it reads the text again.
+TEST(JsonText, ByteOrderMarkThatBeginsATextIsEscaped)
+{
+    const QString mark(QChar(QChar::ByteOrderMark));
+
+    EXPECT_EQ(writtenText(mark + u"Молоко"_s), "\"\\ufeffМолоко\"");
+    EXPECT_EQ(writtenText(mark + mark), "\"\\ufeff\xEF\xBB\xBF\"");
+    EXPECT_EQ(writtenText(u'a' + mark), "\"a\xEF\xBB\xBF\"");
+    EXPECT_EQ(written(QVariantMap { { mark, 1 } }), R"({"\ufeff":1})");
+    for (const QString& text : { mark, mark + u"Молоко"_s, mark + mark, mark + u'"', u'a' + mark, u'"' + mark }) {
+        const QJsonDocument read = QJsonDocument::fromJson(QByteArray::fromStdString('[' + writtenText(text) + ']'));
+        EXPECT_EQ(read[0].toString(), text);
+    }
+}
+
 TEST(JsonText, MapsAndListsStandWithinEachOther)
 {
     const QVariantMap map { { u"a"_s, 1 }, { u"B"_s, QVariantList { true, QVariant(), QVariantMap() } },

@@ -45,6 +45,9 @@ namespace {
         };
         // The reader's time grows with the square of attributes and of namespaces, and it passes over a document type.
         const QString text = decoded(reply);
+        if (text.startsWith(QChar(QChar::ByteOrderMark))) { // the reader would take it for the one that is gone already
+            return { Answer::Kind::other, QStringLiteral("the reply begins with two byte order marks") };
+        }
         if (const QString refusal = refusalOfForm(text); !refusal.isEmpty()) {
             return { Answer::Kind::other, QStringLiteral("the reply cannot be read: %1").arg(refusal) };
         }

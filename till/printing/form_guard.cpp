@@ -17,6 +17,12 @@ namespace {
         return at < 0 ? text.size() : at + end.size();
     }
 
+    /// As "&#x0x41;", where the XML reader takes the prefix that C++ writes before such a number for digits of it.
+    [[nodiscard]] bool hasMalformedReference(QStringView text)
+    {
+        return text.contains(u"&#x0x") || text.contains(u"&#x0X");
+    }
+
     struct Tag {
         qsizetype end = 0; // behind its '>'
         int attributes = 0;
@@ -52,8 +58,14 @@ QString refusalOfForm(QStringView text)
     if (text.size() > longestForm) {
         return QStringLiteral("it is longer than %1 characters").arg(longestForm);
     }
+    const QString malformedReference = QStringLiteral("it holds a malformed character reference");
     int depth = 0;
-    for (qsizetype at = text.indexOf(u'<'); at >= 0; at = text.indexOf(u'<', at)) {
+    qsizetype at = 0;
+    for (qsizetype next = text.indexOf(u'<'); next >= 0; next = text.indexOf(u'<', at)) {
+        if (hasMalformedReference(text.sliced(at, next - at))) {
+            return malformedReference;
+        }
+        at = next;
         const QStringView rest = text.sliced(at);
         if (rest.startsWith(u"<!--")) {
             at = behind(text, u"-->", at + 4);
@@ -68,6 +80,9 @@ QString refusalOfForm(QStringView text)
             at = behind(text, u">", at + 2);
         } else {
             const Tag tag = tagAt(text, at + 1);
+            if (hasMalformedReference(text.sliced(at, tag.end - at))) {
+                return malformedReference;
+            }
             at = tag.end;
             if (tag.attributes > mostAttributes) {
                 return QStringLiteral("an element has more than %1 attributes").arg(mostAttributes);

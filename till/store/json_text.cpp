@@ -289,6 +289,10 @@ void JsonText::quote(QStringView value)
     provide(value.size() * longestLetter + scalar);
     separate();
     *next++ = '"';
+    if (value.startsWith(QChar::ByteOrderMark)) { // as it is Qt's reader would take it for no part of the text
+        put("\\ufeff");
+        value = value.sliced(1);
+    }
     next = writeLetters(value, next);
     *next++ = '"';
 }

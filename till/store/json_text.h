@@ -15,8 +15,9 @@
 namespace till {
 
 /// Writes a JSON text in UTF-8 without white space, letter by letter the one that Qt's own JSON documents write, but
-/// without making such a document first: a till writes the open one after every step of the cashier. Whoever calls
-/// keeps to the form of JSON. One text at a time, by one thread. [any-thread]
+/// without making such a document first: a till writes the open one after every step of the cashier. Only a text that
+/// begins with a byte order mark is written in another way, since Qt cannot read its own. Whoever calls keeps to the
+/// form of JSON. One text at a time, by one thread. [any-thread]
 class VANTIRO_HOST_API JsonText {
 public:
     /// `expected` is how long the text will be, in bytes, as far as one knows.

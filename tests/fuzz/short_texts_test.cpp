@@ -1,0 +1,141 @@
+#include "client/outside_xml.h"
+#include "sandbox/xml_check.h"
+#include "tests/fuzz/other_xml.h"
+#include "tests/fuzz/replies.h"
+#include "till/delivery/verdict.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+// A fuzzer comes upon a fault of a few signs by chance. Here every text of a few pieces is read, at each kind of place
+// in a reply: what our readers take for XML must be XML to the other parser, and the same.
+
+namespace {
+
+using Pieces = std::vector<std::string>;
+
+/// Calls with every sequence of up to so many of the pieces, the empty one among them.
+void eachText(const Pieces& pieces, int most, const std::string& text,
+              const std::function<void(const std::string&)>& call)
+{
+    call(text);
+    if (most > 0) {
+        for (const std::string& piece : pieces) {
+            eachText(pieces, most - 1, text + piece, call);
+        }
+    }
+}
+
+const Pieces references { "#", "x", "X", "0", "4", "A", "+", "-", " ", ";", "&", "lt" };
+const Pieces tags { "a", "b", "=", "\"", "'", " ", "/", ">", "<", "0", ".", "-", "&", "xmlns", "?", "\n" };
+const Pieces sections { "<", ">", "/", "a", "!", "--", "-", "[CDATA[", "]]", "]", "?", " ", "xml", "&lt;", "\"" };
+const Pieces prologs { "<?", "?>", "xml", " ", "version=\"1.0\"", "encoding=\"utf-8\"", "standalone='yes'", "=",
+                       "<!--", "-->", "-", "p", "x", "\xEF\xBB\xBF", "\"" };
+
+/// A kind of place: what stands between the envelope and the text before it, and behind it.
+struct Place {
+    const char* name;
+    const char* before;
+    const char* behind;
+    const Pieces* pieces;
+    int most;
+    bool outside = false; // before the envelope or behind it
+};
+
+void PrintTo(const Place& place, std::ostream* out)
+{
+    *out << place.name;
+}
+
+const std::string opening = "<s:Envelope xmlns:s=\"http://schemas.xmlsoap.org/soap/envelope/\"><s:Body>"
+                            "<OfflineAccrualResponse>";
+const std::string closing = "</OfflineAccrualResponse></s:Body></s:Envelope>";
+
+class ShortTexts : public testing::TestWithParam<Place> {
+protected:
+    /// Every reply of the place.
+    static void eachReply(const std::function<void(const std::string&)>& call)
+    {
+        const Place& place = GetParam();
+        eachText(*place.pieces, place.most, std::string(), [&](const std::string& text) {
+            const std::string within = place.before + text + place.behind;
+            const std::string envelope = opening + closing;
+            call(place.outside ? within.substr(0, within.find('^')) + envelope + within.substr(within.find('^') + 1)
+                               : opening + within + closing);
+        });
+    }
+};
+
+constexpr int few = 2; // of each place some texts are XML
+
+} // namespace
+
+TEST_P(ShortTexts, ReadByTheClientAreXmlAndTheSame)
+{
+    int read = 0;
+    std::string problems;
+    eachReply([&](const std::string& text) {
+        const vantiro::XmlReading reading = vantiro::readOutsideXml(QByteArray::fromStdString(text));
+        if (reading.ok) {
+            const std::optional<fuzz::XmlElement> other = fuzz::readOtherwise(text, fuzz::XmlEncoding::fromTheText);
+            const std::string problem = other
+                ? fuzz::difference(fuzz::asRead(reading.document.documentElement()), *other)
+                : "it is no XML";
+            problems += problem.empty() ? problem : text + "\n  " + problem + '\n';
+            ++read;
+        }
+    });
+    EXPECT_EQ(problems, "");
+    EXPECT_GE(read, few);
+}
+
+TEST_P(ShortTexts, TakenForAnAnswerByTheQueueAreXml)
+{
+    int taken = 0;
+    std::string problems;
+    eachReply([&](const std::string& text) {
+        fuzz::HostileServer server({ { 200, QByteArray::fromStdString(text) } });
+        server.post(QUrl(QStringLiteral("http://server/")), "<e/>", {});
+        if (till::verdictOn(server, QStringLiteral("OfflineAccrual")).kind == till::Verdict::Kind::delivered) {
+            problems += fuzz::readOtherwise(text, fuzz::XmlEncoding::fromTheText) ? "" : text + '\n';
+            ++taken;
+        }
+    });
+    EXPECT_EQ(problems, "");
+    EXPECT_GE(taken, few);
+}
+
+TEST_P(ShortTexts, TakenByTheSandboxAreXml)
+{
+    int taken = 0;
+    std::string problems;
+    eachReply([&](const std::string& text) {
+        if (sandbox::findXmlDefect(text, {}).empty()) {
+            problems += fuzz::readOtherwise(text, fuzz::XmlEncoding::utf8) ? "" : text + '\n';
+            ++taken;
+        }
+    });
+    EXPECT_EQ(problems, "");
+    const bool isForbidden = GetParam().name == std::string("Instruction"); // SOAP has none
+    EXPECT_GE(taken, isForbidden ? 0 : few);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Places, ShortTexts,
+    testing::Values(Place { "ReferenceInText", "&", "", &references, 3 },
+                    Place { "NumberInText", "&#", "", &references, 4 },
+                    Place { "NumberInAValue", "<a b=\"&#", "\"/>", &references, 4 },
+                    Place { "BehindTheNameOfAnElement", "<a", "/>", &tags, 3 },
+                    Place { "BehindAnAttribute", "<a b='c'", "></a>", &tags, 3 },
+                    Place { "InAnEndTag", "<a></a", ">", &tags, 3 }, Place { "Value", "<a b=\"", "\"/>", &tags, 3 },
+                    Place { "Text", "", "", &sections, 3 }, Place { "Markup", "<", "", &sections, 3 },
+                    Place { "Comment", "<!--", "-->", &sections, 3 },
+                    Place { "Data", "<![CDATA[", "]]>", &sections, 3 }, Place { "Instruction", "<?p", "?>", &sections, 3 },
+                    Place { "BeforeTheEnvelope", "", "^", &prologs, 3, true },
+                    Place { "Declaration", "<?xml version=\"1.0\"", "?>^", &prologs, 3, true },
+                    Place { "BehindTheEnvelope", "^", "", &sections, 3, true }),
+    [](const auto& row) { return std::string(row.param.name); });
