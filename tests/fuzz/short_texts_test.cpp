@@ -2,6 +2,7 @@
 #include "sandbox/xml_check.h"
 #include "tests/fuzz/other_xml.h"
 #include "tests/fuzz/replies.h"
+#include "tests/fuzz/short_texts.h"
 #include "till/delivery/verdict.h"
 
 #include <gtest/gtest.h>
@@ -9,26 +10,13 @@
 #include <functional>
 #include <ostream>
 #include <string>
-#include <vector>
 
 // A fuzzer comes upon a fault of a few signs by chance. Here every text of a few pieces is read, at each kind of place
 // in a reply: what our readers take for XML must be XML to the other parser, and the same.
 
 namespace {
 
-using Pieces = std::vector<std::string>;
-
-/// Calls with every sequence of up to so many of the pieces, the empty one among them.
-void eachText(const Pieces& pieces, int most, const std::string& text,
-              const std::function<void(const std::string&)>& call)
-{
-    call(text);
-    if (most > 0) {
-        for (const std::string& piece : pieces) {
-            eachText(pieces, most - 1, text + piece, call);
-        }
-    }
-}
+using fuzz::Pieces;
 
 const Pieces references { "#", "x", "X", "0", "4", "A", "+", "-", " ", ";", "&", "lt" };
 const Pieces tags { "a", "b", "=", "\"", "'", " ", "/", ">", "<", "0", ".", "-", "&", "xmlns", "?", "\n" };
@@ -61,7 +49,7 @@ protected:
     static void eachReply(const std::function<void(const std::string&)>& call)
     {
         const Place& place = GetParam();
-        eachText(*place.pieces, place.most, std::string(), [&](const std::string& text) {
+        fuzz::eachText(*place.pieces, place.most, [&](const std::string& text) {
             const std::string within = place.before + text + place.behind;
             const std::string envelope = opening + closing;
             call(place.outside ? within.substr(0, within.find('^')) + envelope + within.substr(within.find('^') + 1)
@@ -136,6 +124,6 @@ INSTANTIATE_TEST_SUITE_P(
                     Place { "Comment", "<!--", "-->", &sections, 3 },
                     Place { "Data", "<![CDATA[", "]]>", &sections, 3 }, Place { "Instruction", "<?p", "?>", &sections, 3 },
                     Place { "BeforeTheEnvelope", "", "^", &prologs, 3, true },
-                    Place { "Declaration", "<?xml version=\"1.0\"", "?>^", &prologs, 3, true },
+                    Place { "Declaration", "<?xml version=\"1.0\"", "?>^", &prologs, 4, true },
                     Place { "BehindTheEnvelope", "^", "", &sections, 3, true }),
     [](const auto& row) { return std::string(row.param.name); });

@@ -23,6 +23,12 @@ namespace {
         return text.contains(u"&#x0x") || text.contains(u"&#x0X");
     }
 
+    /// The XML reader takes the last word of a declaration that says the same thing twice.
+    [[nodiscard]] bool repeatsItself(QStringView declaration)
+    {
+        return declaration.count(u"encoding") > 1 || declaration.count(u"standalone") > 1;
+    }
+
     struct Tag {
         qsizetype end = 0; // behind its '>'
         int attributes = 0;
@@ -72,7 +78,11 @@ QString refusalOfForm(QStringView text)
         } else if (rest.startsWith(u"<![CDATA[")) {
             at = behind(text, u"]]>", at + 9);
         } else if (rest.startsWith(u"<?")) {
-            at = behind(text, u"?>", at + 2);
+            const qsizetype end = behind(text, u"?>", at + 2);
+            if (at == 0 && repeatsItself(text.first(end))) {
+                return QStringLiteral("its XML declaration says something twice");
+            }
+            at = end;
         } else if (rest.startsWith(u"<!")) {
             return QStringLiteral("it declares a document type");
         } else if (rest.startsWith(u"</")) {
