@@ -21,8 +21,21 @@ using fuzz::Pieces;
 const Pieces references { "#", "x", "X", "0", "4", "A", "+", "-", " ", ";", "&", "lt" };
 const Pieces tags { "a", "b", "=", "\"", "'", " ", "/", ">", "<", "0", ".", "-", "&", "xmlns", "?", "\n" };
 const Pieces sections { "<", ">", "/", "a", "!", "--", "-", "[CDATA[", "]]", "]", "?", " ", "xml", "&lt;", "\"" };
-const Pieces prologs { "<?", "?>", "xml", " ", "version=\"1.0\"", "encoding=\"utf-8\"", "standalone='yes'", "=",
-                       "<!--", "-->", "-", "p", "x", "\xEF\xBB\xBF", "\"" };
+const Pieces prologs { "<?",
+                       "?>",
+                       "xml",
+                       " ",
+                       "version=\"1.0\"",
+                       "encoding=\"utf-8\"",
+                       "standalone='yes'",
+                       "=",
+                       "<!--",
+                       "-->",
+                       "-",
+                       "p",
+                       "x",
+                       "\xEF\xBB\xBF",
+                       "\"" };
 
 /// A kind of place: what stands between the envelope and the text before it, and behind it.
 struct Place {
@@ -70,9 +83,8 @@ TEST_P(ShortTexts, ReadByTheClientAreXmlAndTheSame)
         const vantiro::XmlReading reading = vantiro::readOutsideXml(QByteArray::fromStdString(text));
         if (reading.ok) {
             const std::optional<fuzz::XmlElement> other = fuzz::readOtherwise(text, fuzz::XmlEncoding::fromTheText);
-            const std::string problem = other
-                ? fuzz::difference(fuzz::asRead(reading.document.documentElement()), *other)
-                : "it is no XML";
+            const std::string problem
+                = other ? fuzz::difference(fuzz::asRead(reading.document.documentElement()), *other) : "it is no XML";
             problems += problem.empty() ? problem : text + "\n  " + problem + '\n';
             ++read;
         }
@@ -112,18 +124,20 @@ TEST_P(ShortTexts, TakenByTheSandboxAreXml)
     EXPECT_GE(taken, isForbidden ? 0 : few);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Places, ShortTexts,
-    testing::Values(Place { "ReferenceInText", "&", "", &references, 3 },
-                    Place { "NumberInText", "&#", "", &references, 4 },
-                    Place { "NumberInAValue", "<a b=\"&#", "\"/>", &references, 4 },
-                    Place { "BehindTheNameOfAnElement", "<a", "/>", &tags, 3 },
-                    Place { "BehindAnAttribute", "<a b='c'", "></a>", &tags, 3 },
-                    Place { "InAnEndTag", "<a></a", ">", &tags, 3 }, Place { "Value", "<a b=\"", "\"/>", &tags, 3 },
-                    Place { "Text", "", "", &sections, 3 }, Place { "Markup", "<", "", &sections, 3 },
-                    Place { "Comment", "<!--", "-->", &sections, 3 },
-                    Place { "Data", "<![CDATA[", "]]>", &sections, 3 }, Place { "Instruction", "<?p", "?>", &sections, 3 },
-                    Place { "BeforeTheEnvelope", "", "^", &prologs, 3, true },
-                    Place { "Declaration", "<?xml version=\"1.0\"", "?>^", &prologs, 4, true },
-                    Place { "BehindTheEnvelope", "^", "", &sections, 3, true }),
-    [](const auto& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Places, ShortTexts,
+                         testing::Values(Place { "ReferenceInText", "&", "", &references, 3 },
+                                         Place { "NumberInText", "&#", "", &references, 4 },
+                                         Place { "NumberInAValue", "<a b=\"&#", "\"/>", &references, 4 },
+                                         Place { "BehindTheNameOfAnElement", "<a", "/>", &tags, 3 },
+                                         Place { "BehindAnAttribute", "<a b='c'", "></a>", &tags, 3 },
+                                         Place { "InAnEndTag", "<a></a", ">", &tags, 3 },
+                                         Place { "Value", "<a b=\"", "\"/>", &tags, 3 },
+                                         Place { "Text", "", "", &sections, 3 },
+                                         Place { "Markup", "<", "", &sections, 3 },
+                                         Place { "Comment", "<!--", "-->", &sections, 3 },
+                                         Place { "Data", "<![CDATA[", "]]>", &sections, 3 },
+                                         Place { "Instruction", "<?p", "?>", &sections, 3 },
+                                         Place { "BeforeTheEnvelope", "", "^", &prologs, 3, true },
+                                         Place { "Declaration", "<?xml version=\"1.0\"", "?>^", &prologs, 4, true },
+                                         Place { "BehindTheEnvelope", "^", "", &sections, 3, true }),
+                         [](const auto& row) { return std::string(row.param.name); });

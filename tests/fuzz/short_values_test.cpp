@@ -6,15 +6,19 @@
 #include <ostream>
 #include <string>
 
-// What stands in a value decides over money: every text of a few signs is read as a number, as a piece of a text that is
-// escaped once more, and as a number of the stored cheque, and held against the other reading.
+// What stands in a value decides over money: every text of a few signs is read as a number, as a piece of a text that
+// is escaped once more, and as a number of the stored cheque, and held against the other reading.
 
 namespace {
 
 using fuzz::Pieces;
 
-const Pieces numbers { "0", "1", "7", ".", ",", "-", "+", "e", "E", " ", "x", "_", "inf", "nan", "\xC2\xA0", "\xD9\xA1" };
-const Pieces escapes { "&", "amp;", "lt;", "gt;", "quot;", "apos;", "#xD;", "#13;", "#xA;", "a", "<", "b/>", "\xC2\xA0" };
+const Pieces numbers {
+    "0", "1", "7", ".", ",", "-", "+", "e", "E", " ", "x", "_", "inf", "nan", "\xC2\xA0", "\xD9\xA1"
+};
+const Pieces escapes {
+    "&", "amp;", "lt;", "gt;", "quot;", "apos;", "#xD;", "#13;", "#xA;", "a", "<", "b/>", "\xC2\xA0"
+};
 const Pieces json { "0", "1", ".", "-", "+", "e", "E", " ", ",", "\"", "a", ":", "[", "]", "{", "}", "null", "true" };
 
 struct Value {
@@ -61,7 +65,8 @@ INSTANTIATE_TEST_SUITE_P(
         Value { "CodeOfADiscount", "discounts", "<Answer><Cheque><Discount DiscountID=\"",
                 "\" Amount=\"5\"/></Cheque></Answer>", &numbers, 3 },
         Value { "LineOfADiscount", "discounts", "<ChequeLine ChequeLineNo=\"",
-                "\"><Discount DiscountID=\"8\" Type=\"Percent\" Percent=\"5\" Amount=\"5\"/></ChequeLine>", &numbers, 3 },
+                "\"><Discount DiscountID=\"8\" Type=\"Percent\" Percent=\"5\" Amount=\"5\"/></ChequeLine>", &numbers,
+                3 },
         Value { "RateOfADiscount", "discounts",
                 "<ChequeLine ChequeLineNo=\"3\"><Discount DiscountID=\"8\" Type=\"Percent\" Percent=\"",
                 "\" Amount=\"5\"/></ChequeLine>", &numbers, 3 },
