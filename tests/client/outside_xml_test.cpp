@@ -299,8 +299,10 @@ INSTANTIATE_TEST_SUITE_P(
                     Row { "ReferenceOf33Bits", u"<a>&#4294967361;</a>"_s },
                     Row { "ReferenceToNoCharacter", u"<a>&#xFFFE;</a>"_s },
                     Row { "ReferenceToAControlCharacter", u"<a b='&#x1F;'/>"_s },
-                    Row { "ReferenceWithASign", u"<a>&#+65;</a>"_s }, Row { "ReferenceWithABlank", u"<a>&#x 41;</a>"_s },
-                    Row { "ReferenceInUpperCase", u"<a>&#X41;</a>"_s }, Row { "ReferenceWithoutDigits", u"<a>&#x;</a>"_s }, Row { "EndOfData", u"<a>]]></a>"_s },
+                    Row { "ReferenceWithASign", u"<a>&#+65;</a>"_s },
+                    Row { "ReferenceWithABlank", u"<a>&#x 41;</a>"_s },
+                    Row { "ReferenceInUpperCase", u"<a>&#X41;</a>"_s },
+                    Row { "ReferenceWithoutDigits", u"<a>&#x;</a>"_s }, Row { "EndOfData", u"<a>]]></a>"_s },
                     Row { "BareValue", u"<a b=1/>"_s }, Row { "QuoteInEndTag", u"<r><a></a '>'></r>"_s },
                     Row { "SlashApart", u"<a / >x</a>"_s }, Row { "OtherVersion", u"<?xml version='1.1'?><a/>"_s }),
     nameOf);
