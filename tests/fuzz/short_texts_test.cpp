@@ -37,14 +37,14 @@ const Pieces prologs { "<?",
                        "\xEF\xBB\xBF",
                        "\"" };
 
-/// A kind of place: what stands between the envelope and the text before it, and behind it.
+/// A kind of place: what stands before the text and behind it, within the response or around the envelope.
 struct Place {
     const char* name;
     const char* before;
     const char* behind;
     const Pieces* pieces;
     int most;
-    bool outside = false; // before the envelope or behind it
+    bool outside = false; // around it, and "^" is where it stands
 };
 
 void PrintTo(const Place& place, std::ostream* out)
