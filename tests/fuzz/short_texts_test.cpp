@@ -18,24 +18,14 @@ namespace {
 
 using fuzz::Pieces;
 
-const Pieces references { "#", "x", "X", "0", "4", "A", "+", "-", " ", ";", "&", "lt" };
-const Pieces tags { "a", "b", "=", "\"", "'", " ", "/", ">", "<", "0", ".", "-", "&", "xmlns", "?", "\n" };
-const Pieces sections { "<", ">", "/", "a", "!", "--", "-", "[CDATA[", "]]", "]", "?", " ", "xml", "&lt;", "\"" };
-const Pieces prologs { "<?",
-                       "?>",
-                       "xml",
-                       " ",
-                       "version=\"1.0\"",
-                       "encoding=\"utf-8\"",
-                       "standalone='yes'",
-                       "=",
-                       "<!--",
-                       "-->",
-                       "-",
-                       "p",
-                       "x",
-                       "\xEF\xBB\xBF",
-                       "\"" };
+const Pieces references { "#", "x", "0", "4", "A", "-", " ", ";", "&", "lt" };
+const Pieces digits { "x", "X", "0", "A", "+", "-", " ", ";" };
+const Pieces tags { "a", "b", "=", "\"", "'", " ", "/", ">", "<", "0", "&", "xmlns" };
+const Pieces sections { "<", ">", "/", "a", "!", "--", "-", "[CDATA[", "]]", "?", " ", "\"" };
+const Pieces prologs { "<?", "?>", "xml", " ", "<!--", "-->", "-", "p", "x", "\xEF\xBB\xBF" };
+const Pieces declarations {
+    " version=\"1.0\"", " encoding=\"utf-8\"", " standalone='yes'", "encoding", " ", "=", "\"", "x", "?", ">"
+};
 
 /// A kind of place: what stands before the text and behind it, within the response or around the envelope.
 struct Place {
@@ -71,7 +61,7 @@ protected:
     }
 };
 
-constexpr int few = 2; // of each place some texts are XML
+constexpr int few = 1; // of each place some text is XML
 
 } // namespace
 
@@ -124,20 +114,17 @@ TEST_P(ShortTexts, TakenByTheSandboxAreXml)
     EXPECT_GE(taken, isForbidden ? 0 : few);
 }
 
-INSTANTIATE_TEST_SUITE_P(Places, ShortTexts,
-                         testing::Values(Place { "ReferenceInText", "&", "", &references, 3 },
-                                         Place { "NumberInText", "&#", "", &references, 4 },
-                                         Place { "NumberInAValue", "<a b=\"&#", "\"/>", &references, 4 },
-                                         Place { "BehindTheNameOfAnElement", "<a", "/>", &tags, 3 },
-                                         Place { "BehindAnAttribute", "<a b='c'", "></a>", &tags, 3 },
-                                         Place { "InAnEndTag", "<a></a", ">", &tags, 3 },
-                                         Place { "Value", "<a b=\"", "\"/>", &tags, 3 },
-                                         Place { "Text", "", "", &sections, 3 },
-                                         Place { "Markup", "<", "", &sections, 3 },
-                                         Place { "Comment", "<!--", "-->", &sections, 3 },
-                                         Place { "Data", "<![CDATA[", "]]>", &sections, 3 },
-                                         Place { "Instruction", "<?p", "?>", &sections, 3 },
-                                         Place { "BeforeTheEnvelope", "", "^", &prologs, 3, true },
-                                         Place { "Declaration", "<?xml version=\"1.0\"", "?>^", &prologs, 4, true },
-                                         Place { "BehindTheEnvelope", "^", "", &sections, 3, true }),
-                         [](const auto& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(
+    Places, ShortTexts,
+    testing::Values(
+        Place { "ReferenceInText", "&", "", &references, 3 }, Place { "NumberInText", "&#", "", &digits, 4 },
+        Place { "NumberInAValue", "<a b=\"&#", "\"/>", &digits, 4 },
+        Place { "BehindTheNameOfAnElement", "<a", "/>", &tags, 3 },
+        Place { "BehindAnAttribute", "<a b='c'", "></a>", &tags, 3 }, Place { "InAnEndTag", "<a></a", ">", &tags, 3 },
+        Place { "Value", "<a b=\"", "\"/>", &tags, 3 }, Place { "Text", "", "", &sections, 3 },
+        Place { "Markup", "<", "", &sections, 3 }, Place { "Comment", "<!--", "-->", &sections, 3 },
+        Place { "Data", "<![CDATA[", "]]>", &sections, 3 }, Place { "Instruction", "<?p", "?>", &sections, 3 },
+        Place { "BeforeTheEnvelope", "", "^", &prologs, 3, true },
+        Place { "Declaration", "<?xml version=\"1.0\"", "?>^", &declarations, 3, true },
+        Place { "BehindTheEnvelope", "^", "", &sections, 3, true }),
+    [](const auto& row) { return std::string(row.param.name); });

@@ -13,13 +13,9 @@ namespace {
 
 using fuzz::Pieces;
 
-const Pieces numbers {
-    "0", "1", "7", ".", ",", "-", "+", "e", "E", " ", "x", "_", "inf", "nan", "\xC2\xA0", "\xD9\xA1"
-};
-const Pieces escapes {
-    "&", "amp;", "lt;", "gt;", "quot;", "apos;", "#xD;", "#13;", "#xA;", "a", "<", "b/>", "\xC2\xA0"
-};
-const Pieces json { "0", "1", ".", "-", "+", "e", "E", " ", ",", "\"", "a", ":", "[", "]", "{", "}", "null", "true" };
+const Pieces numbers { "0", "1", ".", ",", "-", "e", " ", "x", "nan", "\xC2\xA0" };
+const Pieces escapes { "&", "amp;", "lt;", "quot;", "#xD;", "#13;", "a", "<", "b/>", "\xC2\xA0" };
+const Pieces json { "0", "1", ".", "-", "e", " ", ",", "\"", "a", "{", "null" };
 
 struct Value {
     const char* name;
