@@ -69,16 +69,6 @@ TEST(Regression, CommentWithThreeHyphensAtItsEndIsNoXml)
     EXPECT_EQ(broken("regressions/sandbox_request/comment-with-three-hyphens-at-its-end.xml"), "nothing");
 }
 
-TEST(Regression, ReplyWhoseDeclarationRepeatsItselfIsNoXml)
-{
-    EXPECT_EQ(broken("regressions/queue_record/declaration-that-repeats-itself.txt"), "nothing");
-}
-
-TEST(Regression, ReplyWithTwoByteOrderMarksIsNoXml)
-{
-    EXPECT_EQ(broken("regressions/queue_record/two-byte-order-marks.txt"), "nothing");
-}
-
 TEST(Regression, DocumentWithANumberWithoutADigitIsDamaged)
 {
     const std::string& text = fuzz::keptInput("regressions/restore/number-without-a-digit.json").text;

@@ -117,8 +117,8 @@ TEST_P(ShortTexts, TakenByTheSandboxAreXml)
 INSTANTIATE_TEST_SUITE_P(
     Places, ShortTexts,
     testing::Values(
-        Place { "ReferenceInText", "&", "", &references, 3 }, Place { "NumberInText", "&#", "", &digits, 4 },
-        Place { "NumberInAValue", "<a b=\"&#", "\"/>", &digits, 4 },
+        Place { "ReferenceInText", "&", "", &references, 3 }, Place { "NumberInText", "&#", ";", &digits, 4 },
+        Place { "NumberInAValue", "<a b=\"&#", ";\"/>", &digits, 4 },
         Place { "BehindTheNameOfAnElement", "<a", "/>", &tags, 3 },
         Place { "BehindAnAttribute", "<a b='c'", "></a>", &tags, 3 }, Place { "InAnEndTag", "<a></a", ">", &tags, 3 },
         Place { "Value", "<a b=\"", "\"/>", &tags, 3 }, Place { "Text", "", "", &sections, 3 },
